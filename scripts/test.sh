@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# The test command: installs what is missing, builds the text core natively
+# (sanitized) and tovrel.dll for both Windows architectures, then runs every
+# test. Extra arguments go to the Windows ctest run (for example -R inf_tests).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/setup.sh
+. scripts/wine-env.sh
+
+end_prefixes() {
+    # Wine's background programs can hold the output pipe open: end every
+    # prefix this run made, by its own WINEPREFIX.
+    for prefix in build/wine/templates/*/prefix build/wine/run/*/prefix; do
+        [ -d "$prefix" ] && WINEPREFIX="$PWD/$prefix" wineserver -k >/dev/null 2>&1 || true
+    done
+}
+trap end_prefixes EXIT
+
+echo "== text core, native, address and undefined-behaviour sanitizers"
+cmake --preset native >/dev/null
+cmake --build --preset native
+ctest --preset native
+
+for arch in win32 win64; do
+    echo "== tovrel.dll, $arch"
+    cmake --preset "$arch" >/dev/null
+    cmake --build --preset "$arch"
+done
+
+echo "== tests under Wine ($TOVREL_WINE_ARCH prefixes, build $TOVREL_WINE_ARCH)"
+[ "$TOVREL_WINE_ARCH" = win32 ] || echo "note: this machine runs no 32-bit user code; the x86_64 build stands in for the i686 one"
+ctest --preset "$TOVREL_WINE_ARCH" "$@"

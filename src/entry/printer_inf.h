@@ -1,0 +1,54 @@
+// The install object: one per call of Repair, holding the loaded INF and the
+// driver fields that the stages share.
+#ifndef TOVREL_ENTRY_PRINTER_INF_H
+#define TOVREL_ENTRY_PRINTER_INF_H
+
+#include <list>
+#include <map>
+
+#include "inf/bounded_string.h"
+#include "inf/inf_file.h"
+
+typedef std::map<int, CBoundedString> CDirectoryIdMap;
+typedef std::list<CBoundedString> CDestinationList;
+typedef std::map<CBoundedString, CDestinationList, CBoundedStringLess> CDestinationDirMap;
+
+class CPrinterInf : public CInfFile {
+public:
+    CPrinterInf();
+    virtual ~CPrinterInf();
+
+    int Install(const char *infPath, const char *manufacturer, const char *driverName,
+                const char *printerName, int *reboot, const char *deviceKey);
+
+    int Open(const char *path);
+    int IsRebootRequired() const { return RebootRequired ? 1 : 0; }
+
+    bool RebootRequired;
+    CBoundedString DriverFile;
+    CBoundedString DataFile;
+    CBoundedString ConfigFile;
+    CBoundedString HelpFile;
+    CBoundedString PrintProcessorName;
+    CBoundedString PrintProcessorFile;
+    CBoundedString MonitorFile;
+    CBoundedString MonitorName;
+    CBoundedString DefaultDataType;
+    CBoundedString DeviceSection;
+    CBoundedString InstallSection;
+    CBoundedString DataSection;
+    CBoundedString Manufacturer;
+    CBoundedString Model;
+    CBoundedString PnpId;
+    CBoundedString PrinterName;
+    CBoundedString AddRegSections;
+    CBoundedString ProgramGroupSections;
+    CDirectoryIdMap DirectoryIds;
+    CDestinationDirMap DestinationDirs;
+};
+
+// Asks the sibling tools of the product family to quit before files change
+// under them; each SendMessage waits for that tool's answer.
+void CloseSiblingWindows();
+
+#endif

@@ -1,0 +1,45 @@
+// The INF reader's section store. The grammar lives in Parse, which works on
+// a buffer and needs no platform; Load wraps the file I/O around it.
+#ifndef TOVREL_INF_INF_FILE_H
+#define TOVREL_INF_INF_FILE_H
+
+#include <list>
+#include <map>
+
+#include "inf/bounded_string.h"
+
+struct CInfKey {
+    CBoundedString Name;
+    CBoundedString Value;
+};
+
+typedef std::list<CInfKey> CInfKeyList;
+typedef std::map<CBoundedString, CInfKeyList, CBoundedStringLess> CInfSectionMap;
+typedef CInfSectionMap::iterator CInfSection;
+
+class CInfFile {
+public:
+    CInfFile();
+    virtual ~CInfFile();
+    // Called with 1 before the file is opened and with 0 when reading is over.
+    virtual void OnLoad(int starting);
+
+    int Load(const char *path);
+    // Cuts the NUL-terminated text up in place and stores what the grammar keeps.
+    void Parse(char *text);
+    void AddSection(const char *name);
+
+    int FindSection(const char *name, CInfSection &entry);
+    int GetKeyCount(const char *section);
+    int FindKey(CInfSection entry, CInfKeyList::iterator &key, const char *name);
+    int LookupKey(const char *section, const char *key, char *out, const char *defaultValue);
+
+    CInfSectionMap Sections;
+    CBoundedString FilePath;
+
+private:
+    CInfFile(const CInfFile &);
+    CInfFile &operator=(const CInfFile &);
+};
+
+#endif
