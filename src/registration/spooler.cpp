@@ -25,3 +25,41 @@ int PrintProcessorDirectory(char *out)
     }
     return 1;
 }
+
+PRINTER_INFO_2A *ReadPrinterInfo2(HANDLE printer, std::vector<BYTE> &buffer)
+{
+    DWORD needed = 0;
+    GetPrinterA(printer, 2, NULL, 0, &needed);
+    if (!needed)
+        return nullptr;
+    buffer.assign(needed, 0);
+    if (!GetPrinterA(printer, 2, buffer.data(), needed, &needed))
+        return nullptr;
+    return reinterpret_cast<PRINTER_INFO_2A *>(buffer.data());
+}
+
+DRIVER_INFO_2A *ReadDriverInfo2(HANDLE printer, std::vector<BYTE> &buffer)
+{
+    DWORD needed = 0;
+    GetPrinterDriverA(printer, NULL, 2, NULL, 0, &needed);
+    if (!needed)
+        return nullptr;
+    buffer.assign(needed, 0);
+    if (!GetPrinterDriverA(printer, NULL, 2, buffer.data(), needed, &needed))
+        return nullptr;
+    return reinterpret_cast<DRIVER_INFO_2A *>(buffer.data());
+}
+
+DRIVER_INFO_3A *EnumDriverInfo3(std::vector<BYTE> &buffer, DWORD *count)
+{
+    DWORD needed = 0, returned = 0;
+    *count = 0;
+    EnumPrinterDriversA(NULL, NULL, 3, NULL, 0, &needed, &returned);
+    // An empty list still gets a buffer, so the pointer given is never null
+    // on success.
+    buffer.assign(needed ? needed : 1, 0);
+    if (!EnumPrinterDriversA(NULL, NULL, 3, buffer.data(), needed, &needed, &returned))
+        return nullptr;
+    *count = returned;
+    return reinterpret_cast<DRIVER_INFO_3A *>(buffer.data());
+}

@@ -6,6 +6,8 @@
 #include <windows.h>
 #include <winspool.h>
 
+#include <vector>
+
 // The 9x family's environment, whose drivers an NT machine can also hold.
 extern const char *const Windows9xEnvironment;  // "Windows 4.0"
 
@@ -16,5 +18,13 @@ int PrinterDriverDirectory(const char *environment, char *out);
 
 // Directory of this machine's print processors, the same way.
 int PrintProcessorDirectory(char *out);
+
+// The two-call reads of the spooler: the first call asks for the size, the
+// second fills `buffer`, in which all the record's text pointers lie. Each
+// gives the record, or null if the spooler refused.
+PRINTER_INFO_2A *ReadPrinterInfo2(HANDLE printer, std::vector<BYTE> &buffer);
+DRIVER_INFO_2A *ReadDriverInfo2(HANDLE printer, std::vector<BYTE> &buffer);
+// This machine's own drivers at level 3; `count` is how many the array holds.
+DRIVER_INFO_3A *EnumDriverInfo3(std::vector<BYTE> &buffer, DWORD *count);
 
 #endif
