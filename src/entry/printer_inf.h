@@ -24,6 +24,16 @@ public:
     int Open(const char *path);
     int IsRebootRequired() const { return RebootRequired ? 1 : 0; }
 
+    // The INF directory ids, resolved once when the file is opened.
+    int BuildDirectoryIds();
+    int FindDirectoryId(int id, char *out);
+
+    // Where the files of a section or cabinet go, from "DestinationDirs" and
+    // "DestinationDirs.CAB".
+    int ReadDestinationDirs();
+    int FindDestinationEntries(CBoundedString name, CDestinationList *out);
+    int FindDestinations(CBoundedString name, CDestinationList *out);
+
     bool RebootRequired;
     CBoundedString DriverFile;
     CBoundedString DataFile;

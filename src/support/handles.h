@@ -3,6 +3,7 @@
 #define TOVREL_SUPPORT_HANDLES_H
 
 #include <windows.h>
+#include <winspool.h>
 
 template <typename Traits>
 class CUniqueHandle {
@@ -78,10 +79,17 @@ struct CRegistryKeyTraits {
     static void Close(Type value) { RegCloseKey(value); }
 };
 
+struct CPrinterHandleTraits {
+    typedef HANDLE Type;
+    static Type Invalid() { return NULL; }
+    static void Close(Type value) { ClosePrinter(value); }
+};
+
 typedef CUniqueHandle<CFileHandleTraits> CFileHandle;
 typedef CUniqueHandle<CKernelHandleTraits> CKernelHandle;
 typedef CUniqueHandle<CFindHandleTraits> CFindHandle;
 typedef CUniqueHandle<CLibraryTraits> CLibrary;
 typedef CUniqueHandle<CRegistryKeyTraits> CRegistryHandle;
+typedef CUniqueHandle<CPrinterHandleTraits> CPrinterHandle;
 
 #endif

@@ -1,0 +1,65 @@
+#include "registration/spooler.h"
+
+const char *const Windows9xEnvironment = "Windows 4.0";
+
+int PrinterDriverDirectory(const char *environment, char *out)
+{
+    DWORD needed = 0;
+    out[0] = 0;
+    if (!GetPrinterDriverDirectoryA(NULL, const_cast<char *>(environment), 1,
+                                    reinterpret_cast<BYTE *>(out), MAX_PATH, &needed)) {
+        out[0] = 0;
+        return 0;
+    }
+    return 1;
+}
+
+int PrintProcessorDirectory(char *out)
+{
+    DWORD needed = 0;
+    out[0] = 0;
+    if (!GetPrintProcessorDirectoryA(NULL, NULL, 1, reinterpret_cast<BYTE *>(out), MAX_PATH,
+                                     &needed)) {
+        out[0] = 0;
+        return 0;
+    }
+    return 1;
+}
+
+PRINTER_INFO_2A *ReadPrinterInfo2(HANDLE printer, std::vector<BYTE> &buffer)
+{
+    DWORD needed = 0;
+    GetPrinterA(printer, 2, NULL, 0, &needed);
+    if (!needed)
+        return nullptr;
+    buffer.assign(needed, 0);
+    if (!GetPrinterA(printer, 2, buffer.data(), needed, &needed))
+        return nullptr;
+    return reinterpret_cast<PRINTER_INFO_2A *>(buffer.data());
+}
+
+DRIVER_INFO_2A *ReadDriverInfo2(HANDLE printer, std::vector<BYTE> &buffer)
+{
+    DWORD needed = 0;
+    GetPrinterDriverA(printer, NULL, 2, NULL, 0, &needed);
+    if (!needed)
+        return nullptr;
+    buffer.assign(needed, 0);
+    if (!GetPrinterDriverA(printer, NULL, 2, buffer.data(), needed, &needed))
+        return nullptr;
+    return reinterpret_cast<DRIVER_INFO_2A *>(buffer.data());
+}
+
+DRIVER_INFO_3A *EnumDriverInfo3(std::vector<BYTE> &buffer, DWORD *count)
+{
+    DWORD needed = 0, returned = 0;
+    *count = 0;
+    EnumPrinterDriversA(NULL, NULL, 3, NULL, 0, &needed, &returned);
+    // An empty list still gets a buffer, so the pointer given is never null
+    // on success.
+    buffer.assign(needed ? needed : 1, 0);
+    if (!EnumPrinterDriversA(NULL, NULL, 3, buffer.data(), needed, &needed, &returned))
+        return nullptr;
+    *count = returned;
+    return reinterpret_cast<DRIVER_INFO_3A *>(buffer.data());
+}
