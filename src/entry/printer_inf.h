@@ -29,6 +29,16 @@ public:
     // given; it neither fails nor reports.
     void LogUninstall(const char *subkey, const char *name, const char *data);
 
+    // The INF directory ids, resolved once when the file is opened.
+    int BuildDirectoryIds();
+    int FindDirectoryId(int id, char *out);
+
+    // Where the files of a section or cabinet go, from "DestinationDirs" and
+    // "DestinationDirs.CAB".
+    int ReadDestinationDirs();
+    int FindDestinationEntries(CBoundedString name, CDestinationList *out);
+    int FindDestinations(CBoundedString name, CDestinationList *out);
+
     bool RebootRequired;
     CBoundedString DriverFile;
     CBoundedString DataFile;

@@ -47,6 +47,10 @@ int CPrinterInf::Open(const char *path)
 
         if (GetKeyCount("Manufacturer") == 0)
             throw "unable to locate [Manufacturer] section in the INF file";
+
+        BuildDirectoryIds();
+        if (!ReadDestinationDirs())
+            throw "no destination directories";
     } catch (const char *message) {
         CBoundedString line("\nCPrinterInf::Open,failure,");
         line.Append(message);

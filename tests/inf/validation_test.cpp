@@ -121,6 +121,33 @@ TEST_F(Validation, ManufacturerSection)
     Run(cases, sizeof cases / sizeof cases[0]);
 }
 
+TEST_F(Validation, DestinationDirectories)
+{
+    const std::string head = std::string("[Version]\r\nClass=Printer\r\n") + NtSignature + "[Manufacturer]\r\nA=A\r\n";
+    const COpenCase cases[] = {
+        {"none", head, "no destination directories"},
+        {"empty sections", head + "[DestinationDirs]\r\n[DestinationDirs.CAB]\r\n", "no destination directories"},
+        {"cabinet section only", head + "[DestinationDirs.CAB]\r\nx.cab=11\r\n", nullptr},
+        {"plain section only", head + "[DestinationDirs]\r\nDefaultDestDir=11\r\n", nullptr},
+    };
+    Run(cases, sizeof cases / sizeof cases[0]);
+}
+
+TEST_F(Validation, AnAcceptedFileHasItsDirectoryMaps)
+{
+    std::string path = Dir + "printer.inf";
+    WriteText(path, Inf(std::string("Class=Printer\r\n") + NtSignature) + "[DestinationDirs.CAB]\r\nd.cab=10:11\r\n");
+    CPrinterInf printer;
+    ASSERT_EQ(1, printer.Open(path.c_str()));
+    char windows[MAX_PATH], system[MAX_PATH], out[260] = "";
+    GetWindowsDirectoryA(windows, MAX_PATH);
+    GetSystemDirectoryA(system, MAX_PATH);
+    EXPECT_EQ(1, printer.FindDirectoryId(11, out));
+    EXPECT_EQ(0, lstrcmpiA((std::string(system) + "\\").c_str(), out)) << out;
+    EXPECT_EQ(1u, printer.DestinationDirs.count(CBoundedString("DefaultDestDir")));
+    EXPECT_EQ(2u, printer.DestinationDirs[CBoundedString("d.cab")].size());
+}
+
 TEST_F(Validation, FilesThatCannotBeRead)
 {
     const std::string unable = std::string(Prefix) + "Unable to open the file";

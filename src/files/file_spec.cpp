@@ -1,0 +1,408 @@
+#include "files/file_spec.h"
+
+#include <shlobj.h>
+
+#include <cstring>
+
+#include "entry/printer_inf.h"
+#include "inf/bounded_string.h"
+#include "registration/spooler.h"
+#include "support/handles.h"
+
+namespace {
+
+const char *const CurrentVersionKey = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion";
+const char *const SafeSitesKey =
+    "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Internet Settings\\SafeSites";
+
+int IsLeadByte(unsigned char c) { return IsDBCSLeadByte(c) ? 1 : 0; }
+
+DWORD PlatformId()
+{
+    OSVERSIONINFOA info;
+    std::memset(&info, 0, sizeof info);
+    info.dwOSVersionInfoSize = sizeof info;
+    if (!GetVersionExA(&info))
+        return VER_PLATFORM_WIN32s;
+    return info.dwPlatformId;
+}
+
+// The shell allocator and the item list it handed out, given back in order.
+class CShellItem {
+public:
+    CShellItem() : Malloc(NULL), Item(NULL) {}
+    ~CShellItem()
+    {
+        if (Item)
+            Malloc->Free(Item);
+        if (Malloc)
+            Malloc->Release();
+    }
+    IMalloc *Malloc;
+    LPITEMIDLIST Item;
+};
+
+typedef BOOL(WINAPI *GetColorDirectoryProc)(PCSTR, PSTR, PDWORD);
+
+// Appends to a 260-byte buffer, keeping a byte free for a closing backslash.
+void Append(char *out, const char *text)
+{
+    size_t used = std::strlen(out);
+    if (used + 1 < MAX_PATH)
+        CopyBounded(out + used, text, MAX_PATH - 1 - used);
+}
+
+// EnsureTrailingBackslash for a 260-byte buffer that may be full already.
+void CloseDirectory(char *out)
+{
+    if (std::strlen(out) >= MAX_PATH - 1)
+        out[MAX_PATH - 2] = 0;
+    EnsureTrailingBackslash(out);
+}
+
+void TempFileName(char *out)
+{
+    char temp[MAX_PATH + 1] = "";
+    GetTempPathA(MAX_PATH, temp);
+    EnsureTrailingBackslash(temp);
+    GetTempFileNameA(temp, "~~", 0, out);
+}
+
+// The text of one identifier, as Resolve takes it apart afterwards. The
+// buffer holds MAX_PATH bytes and one spare for a trailing backslash.
+void ProduceIdentifier(int id, char *work)
+{
+    bool trailing = false;
+    switch (id) {
+    case FileSpecModulePath:
+        GetModuleFileNameA(NULL, work, MAX_PATH);
+        break;
+    case FileSpecModuleDirectory: {
+        char module[MAX_PATH + 1] = "";
+        GetModuleFileNameA(NULL, module, MAX_PATH);
+        CFileSpec spec;
+        spec.Resolve(0);
+        spec.SetDirectory(module);
+        CopyBounded(work, spec.DirectoryPath(), MAX_PATH);
+        trailing = true;
+        break;
+    }
+    case FileSpecWindows:
+        WindowsDirectory(work);
+        break;
+    case FileSpecSystem:
+        GetSystemDirectoryA(work, MAX_PATH);
+        trailing = true;
+        break;
+    case FileSpecTemp:
+        GetTempPathA(MAX_PATH, work);
+        trailing = true;
+        break;
+    case FileSpecTempFile:
+        TempFileName(work);
+        break;
+    case FileSpecPrinterDrivers:
+        PrinterDriverDirectory(NULL, work);
+        trailing = true;
+        break;
+    case FileSpecPrinterDrivers9x:
+        PrinterDriverDirectory(Windows9xEnvironment, work);
+        trailing = true;
+        break;
+    case FileSpecPrintProcessors:
+    case 31:
+        PrintProcessorDirectory(work);
+        trailing = true;
+        break;
+    case FileSpecColor:
+        ColorDirectory(work, MAX_PATH);
+        trailing = true;
+        break;
+    case FileSpecCurrent:
+        GetCurrentDirectoryA(MAX_PATH, work);
+        trailing = true;
+        break;
+    case FileSpecDevicePath:
+        ReadExpandedRegistryString(HKEY_LOCAL_MACHINE, CurrentVersionKey, "DevicePath", work);
+        trailing = true;
+        break;
+    case FileSpecWeb:
+        WebDirectory(work);
+        break;
+    case FileSpecWebPrinters:
+        WebDirectory(work);
+        Append(work, "printers\\");
+        break;
+    case FileSpecWindowsSystem:
+        WindowsDirectory(work);
+        Append(work, "system\\");
+        break;
+    case FileSpecTempDirectory:
+        // A temp file's name is unique; the directory takes it over.
+        TempFileName(work);
+        DeleteFileA(work);
+        EnsureTrailingBackslash(work);
+        CreateDirectoryA(work, NULL);
+        break;
+    default: {
+        // The shell folders, by the CSIDL that each identifier stands for.
+        static const struct {
+            int Id;
+            int Csidl;
+        } Folders[] = {
+            {6, CSIDL_DESKTOP},        {7, CSIDL_COMMON_DESKTOPDIRECTORY},
+            {8, CSIDL_DESKTOPDIRECTORY}, {9, CSIDL_FAVORITES},
+            {11, CSIDL_APPDATA},       {12, CSIDL_INTERNET_CACHE},
+            {13, CSIDL_COOKIES},       {14, CSIDL_FONTS},
+            {15, CSIDL_HISTORY},       {16, CSIDL_NETHOOD},
+            {17, CSIDL_PERSONAL},      {18, CSIDL_PRINTHOOD},
+            {19, CSIDL_PROGRAMS},      {20, CSIDL_RECENT},
+            {21, CSIDL_SENDTO},        {22, CSIDL_STARTMENU},
+            {23, CSIDL_STARTUP},       {24, CSIDL_ALTSTARTUP},
+            {25, CSIDL_COMMON_STARTUP}, {26, CSIDL_COMMON_ALTSTARTUP},
+            {27, CSIDL_TEMPLATES},     {32, CSIDL_PROGRAM_FILES},
+            {33, CSIDL_PRINTERS},      {34, CSIDL_COMMON_PROGRAMS},
+            {42, CSIDL_CONTROLS},
+        };
+        for (const auto &folder : Folders)
+            if (folder.Id == id)
+                SpecialFolderPath(folder.Csidl, work, MAX_PATH);
+        break;
+    }
+    }
+    work[MAX_PATH - 1] = 0;
+    if (trailing)
+        EnsureTrailingBackslash(work);
+}
+
+}  // namespace
+
+int CFileSpec::Resolve(int id)
+{
+    char work[MAX_PATH + 1];
+    std::memset(work, 0, sizeof work);
+    if (id >= 1 && id <= FileSpecLast)
+        ProduceIdentifier(id, work);
+    std::memset(this, 0, sizeof *this);
+    SetPath(work);
+    return 1;
+}
+
+char *CFileSpec::ResolveFullPath(int id)
+{
+    Resolve(id);
+    return FullPath();
+}
+
+void CFileSpec::Split(const char *path, bool takeDirectory, bool takeFile)
+{
+    // Room for the longest text that four full parts can make.
+    char copy[4 * PathPartSize];
+    CopyBounded(copy, path, sizeof copy);
+    ReplaceIllegalChars(copy, '_');
+    SplitPath(copy, takeDirectory ? Drive : NULL, takeDirectory ? Directory : NULL,
+              takeFile ? Name : NULL, takeFile ? Extension : NULL, IsLeadByte);
+}
+
+void CFileSpec::SetPath(const char *path) { Split(path, true, true); }
+
+void CFileSpec::SetDirectory(const char *path) { Split(path, true, false); }
+
+void CFileSpec::SetFileName(const char *file) { Split(file, false, true); }
+
+void CFileSpec::AppendDirectory(const char *sub)
+{
+    if (sub && *sub) {
+        EnsureTrailingBackslash(Directory);
+        if (*sub == '\\')
+            ++sub;
+        size_t used = std::strlen(Directory);
+        // One byte stays free for the closing backslash.
+        if (used + 2 < sizeof Directory)
+            CopyBounded(Directory + used, sub, sizeof Directory - 1 - used);
+        EnsureTrailingBackslash(Directory);
+        ReplaceIllegalChars(Directory, '_');
+    }
+    FullPath();
+}
+
+size_t CFileSpec::ComposeInto(char *out, size_t size) const
+{
+    return MakePath(out, size, Drive, Directory, Name, Extension);
+}
+
+char *CFileSpec::FullPath()
+{
+    ComposeInto(Composed, sizeof Composed);
+    return Composed;
+}
+
+char *CFileSpec::DirectoryPath()
+{
+    MakePath(Composed, sizeof Composed, Drive, Directory, NULL, NULL);
+    return Composed;
+}
+
+char *CFileSpec::FileName()
+{
+    MakePath(Composed, sizeof Composed, NULL, NULL, Name, Extension);
+    return Composed;
+}
+
+int CFileSpec::FileExists()
+{
+    CFileHandle file(CreateFileA(FullPath(), 0, 0, NULL, OPEN_EXISTING, 0, NULL));
+    return file.IsValid() ? 1 : 0;
+}
+
+int CFileSpec::DirectoryExists() { return IsDirectory(DirectoryPath()); }
+
+int CFileSpec::operator==(const CFileSpec &other) const
+{
+    char mine[sizeof Composed], theirs[sizeof Composed];
+    ComposeInto(mine, sizeof mine);
+    other.ComposeInto(theirs, sizeof theirs);
+    return lstrcmpiA(mine, theirs) == 0;
+}
+
+int IsDirectory(const char *path)
+{
+    char saved[MAX_PATH + 1] = "";
+    GetCurrentDirectoryA(MAX_PATH, saved);
+    BOOL entered = SetCurrentDirectoryA(path);
+    SetCurrentDirectoryA(saved);
+    return entered ? 1 : 0;
+}
+
+int ReadExpandedRegistryString(HKEY root, const char *subkey, const char *valueName, char *out)
+{
+    CRegistryHandle key;
+    // All access although it is only read: a caller without write rights to
+    // the key takes the failure path, as the installer always has.
+    if (RegOpenKeyExA(root, subkey, 0, KEY_ALL_ACCESS, key.Put()) != ERROR_SUCCESS)
+        return 0;
+    char raw[MAX_PATH + 1];
+    std::memset(raw, 0, sizeof raw);
+    DWORD size = MAX_PATH;
+    if (RegQueryValueExA(key.Get(), valueName, NULL, NULL, reinterpret_cast<BYTE *>(raw),
+                         &size) != ERROR_SUCCESS)
+        return 0;
+
+    char expanded[MAX_PATH + 1];
+    std::memset(expanded, 0, sizeof expanded);
+    if (PlatformId() == VER_PLATFORM_WIN32_NT) {
+        WCHAR wide[MAX_PATH], wideExpanded[MAX_PATH];
+        wide[0] = wideExpanded[0] = 0;
+        MultiByteToWideChar(CP_ACP, 0, raw, -1, wide, MAX_PATH);
+        ExpandEnvironmentStringsW(wide, wideExpanded, MAX_PATH);
+        WideCharToMultiByte(CP_ACP, 0, wideExpanded, -1, expanded, MAX_PATH, NULL, NULL);
+    } else {
+        ExpandEnvironmentStringsA(raw, expanded, MAX_PATH);
+    }
+    expanded[MAX_PATH - 1] = 0;
+    lstrcpyA(out, expanded);
+    return 1;
+}
+
+void SpecialFolderPath(int csidl, char *out, int size)
+{
+    if (PlatformId() == VER_PLATFORM_WIN32s || size < 1)
+        return;
+    CShellItem shell;
+    if (FAILED(SHGetMalloc(&shell.Malloc)) || !shell.Malloc) {
+        shell.Malloc = NULL;
+        return;
+    }
+    char path[MAX_PATH + 1] = "";
+    if (FAILED(SHGetSpecialFolderLocation(NULL, csidl, &shell.Item)) || !shell.Item ||
+        !SHGetPathFromIDListA(shell.Item, path))
+        return;
+    size_t length = std::strlen(path);
+    // The backslash still has to fit behind the path.
+    if (length + 1 < static_cast<size_t>(size)) {
+        std::memcpy(out, path, length + 1);
+        EnsureTrailingBackslash(out);
+    }
+}
+
+void ColorDirectory(char *out, DWORD size)
+{
+    if (PlatformId() != VER_PLATFORM_WIN32s) {
+        CLibrary mscms(LoadLibraryA("mscms.dll"));
+        if (mscms.IsValid()) {
+            GetColorDirectoryProc getColorDirectory = reinterpret_cast<GetColorDirectoryProc>(
+                reinterpret_cast<void *>(GetProcAddress(mscms.Get(), "GetColorDirectoryA")));
+            DWORD bytes = size;
+            if (getColorDirectory && getColorDirectory(NULL, out, &bytes))
+                return;
+        }
+    }
+    char system[MAX_PATH + 1] = "";
+    if (!GetSystemDirectoryA(system, MAX_PATH))
+        return;
+    EnsureTrailingBackslash(system);
+    Append(system, "Color");
+    CopyBounded(out, system, size);
+    if (!IsDirectory(out))
+        CreateDirectoryA(out, NULL);
+}
+
+int WebDirectory(char *out)
+{
+    if (!out)
+        return 0;
+    if (ReadExpandedRegistryString(HKEY_LOCAL_MACHINE, SafeSitesKey, "winweb", out)) {
+        size_t length = std::strlen(out);
+        if (length && out[length - 1] == '*')
+            out[length - 1] = 0;
+    } else {
+        WindowsDirectory(out);
+        Append(out, "Web");
+    }
+    CloseDirectory(out);
+    return 1;
+}
+
+void WindowsDirectory(char *out)
+{
+    out[0] = 0;
+    GetWindowsDirectoryA(out, MAX_PATH);
+    CloseDirectory(out);
+}
+
+namespace {
+
+// The INF directory ids and the identifier each one resolves to.
+const struct {
+    int InfId;
+    int Identifier;
+} InfDirectoryIds[] = {
+    {1, 2},       {2, 5},       {10, 3},      {11, 4},      {14, 42},     {15, 33},
+    {17, 37},     {20, 14},     {23, 35},     {50, 40},     {52, 28},     {55, 30},
+    {66000, 28},  {66001, 30},  {66002, 4},   {66003, 35},  {66004, 39},  {66600, 38},
+    {66601, 39},  {66602, 29},  {66603, 31},  {66650, 6},   {66651, 7},   {66652, 8},
+    {66653, 9},   {66654, 11},  {66655, 12},  {66656, 13},  {66657, 15},  {66658, 16},
+    {66659, 17},  {66660, 18},  {66661, 19},  {66662, 34},  {66663, 20},  {66664, 21},
+    {66665, 22},  {66666, 23},  {66667, 24},  {66668, 25},  {66669, 26},  {66670, 27},
+    {66671, 32},
+};
+
+}  // namespace
+
+int CPrinterInf::BuildDirectoryIds()
+{
+    DirectoryIds.clear();
+    CFileSpec spec;
+    for (const auto &entry : InfDirectoryIds)
+        DirectoryIds[entry.InfId] = CBoundedString(spec.ResolveFullPath(entry.Identifier));
+    return 1;
+}
+
+int CPrinterInf::FindDirectoryId(int id, char *out)
+{
+    CDirectoryIdMap::const_iterator found = DirectoryIds.find(id);
+    if (found == DirectoryIds.end())
+        return 0;
+    CopyBounded(out, found->second.Text, CBoundedString::Capacity);
+    return 1;
+}
