@@ -22,7 +22,12 @@ public:
                 const char *printerName, int *reboot, const char *deviceKey);
 
     int Open(const char *path);
+    int ReadDeviceSection(const char *manufacturer, const char *model, const char *printerName);
     int IsRebootRequired() const { return RebootRequired ? 1 : 0; }
+
+    // Adds one value to the model's uninstall record, below subkey if one is
+    // given; it neither fails nor reports.
+    void LogUninstall(const char *subkey, const char *name, const char *data);
 
     // The INF directory ids, resolved once when the file is opened.
     int BuildDirectoryIds();

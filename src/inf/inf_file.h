@@ -34,6 +34,13 @@ public:
     int FindKey(CInfSection entry, CInfKeyList::iterator &key, const char *name);
     int LookupKey(const char *section, const char *key, char *out, const char *defaultValue);
 
+    // Resolves a whole-value %token% from the locale's Strings sections, of
+    // this store or, given a path, of that file through the profile calls.
+    int ExpandToken(const char *text, char *out, const char *profile);
+    // The normal read of a value: names and value resolved, and a key found
+    // whether or not the file quotes it.
+    int GetValue(const char *section, const char *key, char *out, const char *defaultValue);
+
     CInfSectionMap Sections;
     CBoundedString FilePath;
 

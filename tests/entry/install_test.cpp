@@ -40,10 +40,12 @@ TEST_F(InstallSpine, OpenLoadsTheStoreOnce)
     std::string path = Dir + "printer.inf";
     WriteText(path, "[Version]\r\nClass=Printer\r\n");
     CPrinterInf printer;
-    EXPECT_EQ(1, printer.Open(path.c_str()));
+    EXPECT_EQ(0, printer.Open(path.c_str())) << "no signature";
     EXPECT_EQ(1, printer.GetKeyCount("Version"));
     // The second Open of a run can only work on a store that stayed empty.
+    WriteText(path, "[Version]\r\nClass=Printer\r\nSignature=$Chicago$\r\n[Manufacturer]\r\nM=M\r\n");
     EXPECT_EQ(0, printer.Open(path.c_str()));
+    EXPECT_EQ(1, printer.GetKeyCount("Version"));
 }
 
 TEST_F(InstallSpine, TheRebootFlagComesBackAsZeroOrOne)
