@@ -28,6 +28,8 @@ public:
     // Adds one value to the model's uninstall record, below subkey if one is
     // given; it neither fails nor reports.
     void LogUninstall(const char *subkey, const char *name, const char *data);
+    int InstallFile(const char *source, const char *target);
+    void ScheduleRenameAtRestart(const char *target);
 
     // The INF directory ids, resolved once when the file is opened.
     int BuildDirectoryIds();
