@@ -27,7 +27,9 @@ struct CCabinetSetPlan {
     USHORT Compression;     // 0 stored, 1 MSZIP
 };
 
-// Each file in a folder of its own: Wine's FCI spans sets correctly only so.
+// Each file in a folder of its own: Wine's FCI spans sets correctly only so,
+// and only when a file running over a member's end is over 32 KiB as stored
+// (a smaller one makes the next FCIAddFile fail).
 // Gives the full paths of the members in order, empty on failure.
 std::vector<std::string> MakeCabinetSet(const CCabinetSetPlan &plan, const std::vector<CCabinetEntry> &entries);
 
