@@ -181,6 +181,7 @@ TEST_F(DeviceSection, TheModelFolderReplacesDirectoryId66004)
     if (base.empty() || base.back() != '\\')
         base += '\\';
     EXPECT_EQ(base + "Acme\\Laser 5\\", std::string(model));
+    EXPECT_NE(std::string::npos, base.find(":\\")) << "a full path: " << base;
     char again[260] = "";
     Printer.FindDirectoryId(66601, again);
     EXPECT_STREQ(web, again);
