@@ -309,13 +309,4 @@ TEST_F(DeviceSection, TheWin98VariantOfTheInstallSection)
     ASSERT_EQ(1, plain.ReadDeviceSection("Acme", "Plain", "P"));
     EXPECT_STREQ("Plain", plain.InstallSection.Text) << "an empty .Win variant counts as absent";
 }
-
-TEST(DeviceSectionSuffix, ByFamily)
-{
-    EXPECT_STREQ(".NTx86", InstallSectionSuffix(3));
-    EXPECT_STREQ(".Win", InstallSectionSuffix(2));
-    EXPECT_STREQ("", InstallSectionSuffix(1));
-    EXPECT_STREQ("", InstallSectionSuffix(0));
-}
-
 }  // namespace
