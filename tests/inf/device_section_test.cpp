@@ -309,4 +309,5 @@ TEST_F(DeviceSection, TheWin98VariantOfTheInstallSection)
     ASSERT_EQ(1, plain.ReadDeviceSection("Acme", "Plain", "P"));
     EXPECT_STREQ("Plain", plain.InstallSection.Text) << "an empty .Win variant counts as absent";
 }
+
 }  // namespace
