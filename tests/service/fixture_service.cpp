@@ -21,7 +21,9 @@ DWORD WINAPI Handler(DWORD control, DWORD, void *, void *)
 {
     switch (control) {
     case SERVICE_CONTROL_STOP:
-        Report(SERVICE_STOP_PENDING);
+        // Stopped at once, so that a start right behind the stop finds the
+        // service stopped rather than still stopping.
+        Report(SERVICE_STOPPED);
         SetEvent(StopEvent);
         break;
     case SERVICE_CONTROL_PAUSE:
@@ -59,7 +61,6 @@ void WINAPI ServiceMain(DWORD argc, char **argv)
     Status.dwControlsAccepted = SERVICE_ACCEPT_STOP | SERVICE_ACCEPT_PAUSE_CONTINUE;
     Report(SERVICE_RUNNING);
     WaitForSingleObject(StopEvent, INFINITE);
-    Report(SERVICE_STOPPED);
 }
 
 }  // namespace
