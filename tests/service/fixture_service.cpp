@@ -61,6 +61,9 @@ void WINAPI ServiceMain(DWORD argc, char **argv)
     Status.dwControlsAccepted = SERVICE_ACCEPT_STOP | SERVICE_ACCEPT_PAUSE_CONTINUE;
     Report(SERVICE_RUNNING);
     WaitForSingleObject(StopEvent, INFINITE);
+    // Ending the process at once could cut off the answer to the stop
+    // request, which the control thread is still sending.
+    Sleep(500);
 }
 
 }  // namespace

@@ -93,7 +93,7 @@ TEST(ServiceControl, StartsStopsPausesAndAnswersForAFixtureService)
     ASSERT_TRUE(WaitForState(name, SERVICE_RUNNING));
     EXPECT_TRUE(control.IsActive(name));
 
-    EXPECT_TRUE(control.Stop(name));
+    EXPECT_TRUE(control.Stop(name)) << control.LastError;
     ASSERT_TRUE(WaitForState(name, SERVICE_STOPPED));
     EXPECT_FALSE(control.IsActive(name));
     ExpectClosed(control, "the whole life");
@@ -114,7 +114,7 @@ TEST(ServiceControl, StartPassesItsArguments)
     ASSERT_TRUE(control.Start(name, 2, argv));
     ASSERT_TRUE(WaitForState(name, SERVICE_RUNNING));
     EXPECT_EQ("alpha\nbeta gamma\n", ReadText("C:\\tovrel-svc\\TovrelArgs.args"));
-    EXPECT_TRUE(control.Stop(name));
+    EXPECT_TRUE(control.Stop(name)) << control.LastError;
     EXPECT_TRUE(WaitForState(name, SERVICE_STOPPED));
 }
 
