@@ -14,6 +14,9 @@ have i686-w64-mingw32-windres || need+=(binutils-mingw-w64-i686)
 have g++ || need+=(g++)
 [ -f /usr/src/googletest/CMakeLists.txt ] || need+=(googletest)
 have xvfb-run || need+=(xvfb)
+# scripts/screenshots.sh: xwd grabs the virtual screen, ImageMagick makes PNGs.
+have xwd || need+=(x11-apps)
+dpkg -s imagemagick >/dev/null 2>&1 || need+=(imagemagick)
 
 # wine32 runs the i686 build; wine64 stands in on hosts that run no 32-bit
 # user code (scripts/wine-env.sh picks the one that works).

@@ -39,6 +39,9 @@ int CPrinterInf::Install(const char *infPath, const char *manufacturer, const ch
     if (!ReadDeviceSection(Mfg, Model, Name))
         return 0;
 
+    // From here on every stage runs whatever the one before it gave.
+    CopyFiles();
+
     if (reboot)
         *reboot = IsRebootRequired();
     return 1;
