@@ -41,6 +41,10 @@ int CPrinterInf::Install(const char *infPath, const char *manufacturer, const ch
 
     // From here on every stage runs whatever the one before it gave.
     CopyFiles();
+    RegisterFiles();
+    AddRegistry();
+    AddProgramGroup();
+    InstallServices();
 
     if (reboot)
         *reboot = IsRebootRequired();

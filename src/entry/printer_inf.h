@@ -48,6 +48,13 @@ public:
     int FindDestinationEntries(CBoundedString name, CDestinationList *out);
     int FindDestinations(CBoundedString name, CDestinationList *out);
 
+    // The registration stages. Each walks its section item by item and goes
+    // on whatever a call gave; Install reads none of their results.
+    int RegisterFiles();
+    int AddRegistry();
+    int AddProgramGroup();
+    int InstallServices();
+
     bool RebootRequired;
     CBoundedString DriverFile;
     CBoundedString DataFile;

@@ -1,0 +1,214 @@
+#include "registration/shortcut.h"
+
+#include <cstdlib>
+
+#include "entry/printer_inf.h"
+#include "files/file_spec.h"
+#include "files/path_parts.h"
+#include "files/uninstall_data.h"
+
+namespace {
+
+const char *Text(const char *text) { return text ? text : ""; }
+
+// The fields of one shortcut line, by their place in it.
+enum {
+    GroupRoot,
+    GroupFolder,
+    Description,
+    TargetRoot,
+    TargetFolder,
+    TargetFile,
+    Arguments,
+    WorkingRoot,
+    WorkingFolder,
+    ShowCommand,
+    IconRoot,
+    IconFolder,
+    IconFile,
+    IconIndex,
+    HotKey,
+    ShortcutFieldCount
+};
+
+bool IsTextField(int field)
+{
+    switch (field) {
+    case GroupFolder:
+    case Description:
+    case TargetFolder:
+    case TargetFile:
+    case Arguments:
+    case WorkingFolder:
+    case IconFolder:
+    case IconFile:
+        return true;
+    default:
+        return false;
+    }
+}
+
+}  // namespace
+
+CShortcut::CShortcut() : ShellLink(NULL), PersistFile(NULL), ComInitialized(false)
+{
+    HRESULT result = Initialize();
+    if (FAILED(result)) {
+        CShortcutException failure = {result};
+        throw failure;
+    }
+}
+
+CShortcut::~CShortcut()
+{
+    if (ShellLink)
+        ShellLink->Release();
+    if (PersistFile)
+        PersistFile->Release();
+    if (ComInitialized)
+        CoUninitialize();
+}
+
+HRESULT CShortcut::Initialize()
+{
+    if (!ComInitialized) {
+        // S_FALSE only says that COM runs on this thread already; it still
+        // wants its CoUninitialize.
+        HRESULT result = CoInitialize(NULL);
+        if (FAILED(result))
+            return result;
+    }
+    ComInitialized = true;
+    HRESULT result = CoCreateInstance(CLSID_ShellLink, NULL, CLSCTX_INPROC_SERVER, IID_IShellLinkA,
+                                      reinterpret_cast<void **>(&ShellLink));
+    if (FAILED(result))
+        return result;
+    return ShellLink->QueryInterface(IID_IPersistFile, reinterpret_cast<void **>(&PersistFile));
+}
+
+bool CShortcut::SetDescription(const char *text) { return SUCCEEDED(ShellLink->SetDescription(Text(text))); }
+
+bool CShortcut::SetPath(const char *text) { return SUCCEEDED(ShellLink->SetPath(Text(text))); }
+
+bool CShortcut::SetWorkingDirectory(const char *text)
+{
+    return SUCCEEDED(ShellLink->SetWorkingDirectory(Text(text)));
+}
+
+bool CShortcut::SetArguments(const char *text) { return SUCCEEDED(ShellLink->SetArguments(Text(text))); }
+
+bool CShortcut::Save(const char *path)
+{
+    if (!ShellLink || !PersistFile)
+        return false;
+    char description[257] = "";
+    ShellLink->GetDescription(description, sizeof description);
+
+    // The description is the file name as it stands, dots and all.
+    char drive[PathDriveSize], directory[PathPartSize];
+    SplitPath(Text(path), drive, directory, NULL, NULL);
+    char file[MAX_PATH];
+    MakePath(file, sizeof file, drive, directory, description, ".lnk");
+
+    WCHAR wide[MAX_PATH];
+    wide[0] = 0;
+    MultiByteToWideChar(CP_ACP, 0, file, -1, wide, MAX_PATH);
+    return SUCCEEDED(PersistFile->Save(wide, TRUE));
+}
+
+int CPrinterInf::AddProgramGroup()
+{
+    try {
+        CInfSection section;
+        if (!FindSection(ProgramGroupSections, section))
+            throw "no shortcut section";
+        if (section->second.empty())
+            throw " the program group section is empty";
+
+        for (const CInfKey &entry : section->second) {
+            CShortcut link;
+            CBoundedString line(entry.Name);
+            line.Append(entry.Value);
+            LogUninstall(UninstallShortcuts, line, "1");
+
+            // Quotes don't protect a comma, and the last field takes the rest.
+            char *cut[ShortcutFieldCount];
+            cut[0] = line.Text;
+            for (int i = 1; i < ShortcutFieldCount; ++i)
+                cut[i] = NextToken(cut[i - 1], ',');
+            CBoundedString fields[ShortcutFieldCount];
+            for (int i = 0; i < ShortcutFieldCount; ++i) {
+                if (!cut[i])
+                    continue;
+                StripChar(cut[i], ' ');
+                if (IsTextField(i))
+                    ExpandToken(cut[i], fields[i], NULL);
+                else
+                    fields[i] = CBoundedString(cut[i]);
+            }
+
+            char directory[CBoundedString::Capacity] = "";
+            CFileSpec group;
+            group.Resolve(0);
+            if (!fields[GroupRoot].IsEmpty() && FindDirectoryId(std::atol(fields[GroupRoot]), directory) &&
+                directory[0])
+                group.SetPath(directory);
+            else
+                group.Resolve(FileSpecPrograms);
+            group.AppendDirectory(fields[GroupFolder]);
+            CreateDirectoryA(group.DirectoryPath(), NULL);
+
+            link.SetDescription(fields[Description]);
+
+            CFileSpec target;
+            target.Resolve(0);
+            if (!fields[TargetRoot].IsEmpty()) {
+                directory[0] = 0;
+                FindDirectoryId(std::atol(fields[TargetRoot]), directory);
+                target.SetPath(directory);
+                target.AppendDirectory(fields[TargetFolder]);
+                target.SetFileName(fields[TargetFile]);
+                link.SetPath(target.FullPath());
+            }
+
+            if (!fields[Arguments].IsEmpty())
+                link.SetArguments(fields[Arguments]);
+
+            CFileSpec workDir;
+            workDir.Resolve(0);
+            if (!fields[WorkingRoot].IsEmpty()) {
+                directory[0] = 0;
+                FindDirectoryId(std::atol(fields[WorkingRoot]), directory);
+                workDir.SetPath(directory);
+                workDir.AppendDirectory(fields[WorkingFolder]);
+            } else {
+                workDir.SetDirectory(target.DirectoryPath());
+            }
+            link.SetWorkingDirectory(workDir.DirectoryPath());
+
+            if (!fields[ShowCommand].IsEmpty())
+                link.ShellLink->SetShowCmd(static_cast<int>(std::atol(fields[ShowCommand])));
+
+            if (!fields[IconRoot].IsEmpty() && !fields[IconIndex].IsEmpty()) {
+                CFileSpec icon;
+                icon.Resolve(0);
+                directory[0] = 0;
+                FindDirectoryId(std::atol(fields[IconRoot]), directory);
+                icon.SetPath(directory);
+                icon.AppendDirectory(fields[IconFolder]);
+                icon.SetFileName(fields[IconFile]);
+                link.ShellLink->SetIconLocation(icon.FullPath(), static_cast<int>(std::atol(fields[IconIndex])));
+            }
+
+            if (!fields[HotKey].IsEmpty())
+                link.ShellLink->SetHotkey(static_cast<WORD>(std::atol(fields[HotKey])));
+
+            link.Save(group.FullPath());
+        }
+    } catch (const char *) {
+        return 0;
+    } catch (const CShortcutException &) {
+        return 0;
+    }
+    return 1;
+}
