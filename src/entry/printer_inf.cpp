@@ -36,6 +36,8 @@ int CPrinterInf::Install(const char *infPath, const char *manufacturer, const ch
         return 0;
     if (!Open(Inf))
         return 0;
+    if (!ReadDeviceSection(Mfg, Model, Name))
+        return 0;
 
     if (reboot)
         *reboot = IsRebootRequired();

@@ -239,7 +239,7 @@ TEST_F(Strings, NamesAndValuesOfAnyLength)
     EXPECT_EQ(std::string(259, 'v'), out);
 }
 
-TEST(StringsWide, ASixteenBitFileGivesNoValues)
+TEST(StringsWide, ASixteenBitFileIsEmptyToTheStoreButReadByTheProfileCalls)
 {
     std::string path = ScratchDirectory() + "wide.inf";
     const char narrow[] = "[Strings]\r\nName=Wide\r\n[S]\r\nk=%Name%\r\n";
@@ -252,6 +252,11 @@ TEST(StringsWide, ASixteenBitFileGivesNoValues)
     char out[260] = "keep";
     EXPECT_EQ(0, inf.GetValue("S", "k", out, ""));
     EXPECT_STREQ("keep", out);
+
+    // The system's profile reader does know 16-bit text.
+    char resolved[260] = "";
+    EXPECT_EQ(4, inf.ExpandToken("%Name%", resolved, path.c_str()));
+    EXPECT_STREQ("Wide", resolved);
 }
 
 // Registered a second time with LC_ALL=de_DE.UTF-8, where Wine starts the

@@ -163,15 +163,4 @@ TEST_F(RegKeyTest, EnumValueNamesStopsAtANameOrDataBeyondItsBuffers)
     EXPECT_EQ(ERROR_MORE_DATA, key.Status);
 }
 
-TEST_F(RegKeyTest, Win98SizesOfStoredText)
-{
-    // The 9x family always stores the NUL, also for an empty text.
-    CRegKey key;
-    ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, Path.c_str()));
-    ASSERT_TRUE(key.SetString("whole", "abc", -1));
-    ASSERT_TRUE(key.SetString("empty", "", -1));
-    EXPECT_EQ(std::string("abc\0", 4), ReadStoredValue(HKEY_CURRENT_USER, Path, "whole").Data);
-    EXPECT_EQ(std::string("\0", 1), ReadStoredValue(HKEY_CURRENT_USER, Path, "empty").Data);
-}
-
 }  // namespace
