@@ -9,6 +9,9 @@
 #include "inf/bounded_string.h"
 #include "inf/inf_file.h"
 
+class CFileSpec;
+class CCabinetExtractor;
+
 typedef std::map<int, CBoundedString> CDirectoryIdMap;
 typedef std::list<CBoundedString> CDestinationList;
 typedef std::map<CBoundedString, CDestinationList, CBoundedStringLess> CDestinationDirMap;
@@ -49,7 +52,11 @@ public:
     // given; it neither fails nor reports.
     void LogUninstall(const char *subkey, const char *name, const char *data);
     int InstallFile(const char *source, const char *target);
+    int CollectCopyFiles(std::list<CBoundedString> *names, std::list<CBoundedString> *paths);
+    int CopyFiles();
     void ScheduleRenameAtRestart(const char *target);
+    void InstallCabinet(const char *name, CFileSpec &work, CFileSpec &destination,
+                        CCabinetExtractor &extractor, std::list<CFileSpec> &extracted);
 
     // The INF directory ids, resolved once when the file is opened.
     int BuildDirectoryIds();

@@ -1,0 +1,64 @@
+#!/usr/bin/env bash
+# Times the extraction of a cabinet set of about 20 MB (MSZIP, a few hundred
+# files): CCabinetExtractor and a bare FDICopy inside cabinet_bench.exe, and
+# `wine cabarc X` of the same set. Everything is pinned to CPU 1 and runs in
+# one throw-away prefix whose wineserver stays up between the runs.
+#   bench/run-cabinet-bench.sh [BUILD_DIR] [REPEATS]
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+root=$(cd "$here/.." && pwd)
+. "$root/scripts/wine-env.sh"
+build=${1:-$root/build/win64}
+repeats=${2:-5}
+bench="$build/bin/cabinet_bench.exe"
+[ -f "$bench" ] || { echo "no $bench: build the bench first" >&2; exit 1; }
+
+"$root/scripts/wine-prefix.sh" winxp >/dev/null
+wroot=$(tovrel_wine_root)
+mkdir -p "$wroot/run"
+run=$(mktemp -d "$wroot/run/bench.XXXXXX")
+cp -a "$wroot/templates/$TOVREL_WINE_ARCH-winxp/." "$run/"
+export HOME="$run/home" WINEPREFIX="$run/prefix"
+trap 'wineserver -k >/dev/null 2>&1; rm -rf "$run"' EXIT
+
+pin="taskset -c 1"
+data="$run/data"
+mkdir -p "$data"
+windata="Z:$(printf '%s' "$data" | tr / '\\')"
+$pin wineserver -p
+
+$pin "$TOVREL_WINE" "$bench" make "$windata" >/dev/null
+echo "set: $(ls "$data"/set*.cab | wc -l) members, $(du -cb "$data"/set*.cab | tail -1 | cut -f1) bytes;" \
+     "$(ls "$data/source" | wc -l) files, $(du -cb "$data"/source/* | tail -1 | cut -f1) bytes"
+figures=$($pin "$TOVREL_WINE" "$bench" run "$windata" "$repeats")
+echo "$figures"
+
+# Best of the repeats, in seconds, of one command line.
+best_of() {
+    local best=""
+    for _ in $(seq "$repeats"); do
+        rm -rf "$data/cabarc"; mkdir -p "$data/cabarc"
+        local start end
+        start=$(date +%s.%N)
+        "$@" >/dev/null 2>&1 || true
+        end=$(date +%s.%N)
+        best=$(awk -v b="$best" -v s="$start" -v e="$end" 'BEGIN { t = e - s; if (b == "" || t < b) b = t; print b }')
+    done
+    echo "$best"
+}
+
+cabarc=$(best_of $pin "$TOVREL_WINE" cabarc X "$windata\\set0.cab" "$windata\\cabarc\\")
+cabarc_files=$(ls "$data/cabarc" | wc -l)
+startup=$(best_of $pin "$TOVREL_WINE" cabarc)
+echo "figure cabarc seconds $cabarc files $cabarc_files (process start alone: $startup)"
+
+printf '%s\n' "$figures" | awk -v cabarc="$cabarc" -v startup="$startup" '
+    $1 == "figure" { t[$2] = $4 }
+    END {
+        f = t["fdicopy"]
+        for (name in t)
+            if (name != "fdicopy")
+                printf "ratio %s / fdicopy = %.3f\n", name, t[name] / f
+        printf "ratio cabarc / fdicopy = %.3f (without process start %.3f)\n", cabarc / f, (cabarc - startup) / f
+        printf "ratio extractor / cabarc = %.3f (without process start %.3f)\n", t["extractor"] / cabarc, t["extractor"] / (cabarc - startup)
+    }'

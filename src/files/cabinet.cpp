@@ -1,0 +1,699 @@
+#include "files/cabinet.h"
+
+#include <fdi.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+
+static_assert(sizeof(CCabinetErf) == sizeof(ERF), "ERF layout");
+static_assert(offsetof(CCabinetErf, fError) == offsetof(ERF, fError), "ERF layout");
+static_assert(sizeof(CCabinetInfo) == sizeof(FDICABINETINFO), "FDICABINETINFO layout");
+static_assert(offsetof(CCabinetInfo, iCabinet) == offsetof(FDICABINETINFO, iCabinet), "FDICABINETINFO layout");
+static_assert(offsetof(CCabinetInfo, hasnext) == offsetof(FDICABINETINFO, hasnext), "FDICABINETINFO layout");
+static_assert(sizeof(FDINOTIFICATIONTYPE) == sizeof(int), "notification code passes as int");
+
+namespace {
+
+typedef HFDI(DIAMONDAPI *FdiCreateProc)(PFNALLOC, PFNFREE, PFNOPEN, PFNREAD, PFNWRITE, PFNCLOSE, PFNSEEK, int, PERF);
+typedef BOOL(DIAMONDAPI *FdiCopyProc)(HFDI, char *, char *, int, PFNFDINOTIFY, PFNFDIDECRYPT, void *);
+typedef BOOL(DIAMONDAPI *FdiIsCabinetProc)(HFDI, INT_PTR, PFDICABINETINFO);
+typedef BOOL(DIAMONDAPI *FdiDestroyProc)(HFDI);
+
+// Shared by all instances; a later instance overwrites them, so only one
+// CCabinet may be alive at a time.
+HMODULE CabinetLibrary;
+FdiCreateProc FdiCreate;
+FdiCopyProc FdiCopy;
+FdiIsCabinetProc FdiIsCabinet;
+FdiDestroyProc FdiDestroy;
+
+const size_t PartLimit = 255;
+
+bool IsSeparator(char c)
+{
+    return c == '\\' || c == '/';
+}
+
+// Splits by the rules of _splitpath, without its fixed buffers: each part is
+// cut to 255 characters, and a trail byte is never taken for a separator.
+void SplitPath(const char *path, std::string &drive, std::string &directory, std::string &name,
+               std::string &extension)
+{
+    drive.clear();
+    directory.clear();
+    name.clear();
+    extension.clear();
+    if (!path)
+        return;
+    if (path[0] && path[1] == ':') {
+        drive.assign(path, 2);
+        path += 2;
+    }
+    const char *lastSeparator = NULL;
+    const char *lastDot = NULL;
+    for (const char *p = path; *p; ++p) {
+        if (IsDBCSLeadByte(static_cast<BYTE>(*p)) && p[1]) {
+            ++p;
+            continue;
+        }
+        if (IsSeparator(*p))
+            lastSeparator = p, lastDot = NULL;
+        else if (*p == '.')
+            lastDot = p;
+    }
+    const char *nameStart = path;
+    if (lastSeparator) {
+        directory.assign(path, lastSeparator + 1 - path);
+        nameStart = lastSeparator + 1;
+    }
+    const char *end = nameStart + strlen(nameStart);
+    if (lastDot) {
+        extension.assign(lastDot, end - lastDot);
+        end = lastDot;
+    }
+    name.assign(nameStart, end - nameStart);
+    if (directory.size() > PartLimit)
+        directory.resize(PartLimit);
+    if (name.size() > PartLimit)
+        name.resize(PartLimit);
+    if (extension.size() > PartLimit)
+        extension.resize(PartLimit);
+}
+
+// Composes by the rules of _makepath into at most 259 characters.
+void MakePath(char *out, const char *drive, const char *directory, const char *name, const char *extension)
+{
+    std::string text;
+    if (drive && *drive) {
+        text += drive[0];
+        text += ':';
+    }
+    if (directory && *directory) {
+        text += directory;
+        if (!IsSeparator(text[text.size() - 1]))
+            text += '\\';
+    }
+    if (name)
+        text += name;
+    if (extension && *extension) {
+        if (*extension != '.')
+            text += '.';
+        text += extension;
+    }
+    CopyBounded(out, text.c_str(), MAX_PATH);
+}
+
+DWORD ShareFromMode(int pmode)
+{
+    DWORD share = 0;
+    if (pmode & 0x100)
+        share |= FILE_SHARE_READ;
+    if (pmode & 0x80)
+        share |= FILE_SHARE_WRITE;
+    return share;
+}
+
+int ErrnoFromOpenError(DWORD error)
+{
+    switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+        return ENOENT;
+    case ERROR_TOO_MANY_OPEN_FILES:
+        return EMFILE;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+        return EACCES;
+    case ERROR_FILE_EXISTS:
+    case ERROR_ALREADY_EXISTS:
+        return EEXIST;
+    case ERROR_INVALID_PARAMETER:
+        return EINVAL;
+    default:
+        return static_cast<int>(error);
+    }
+}
+
+// The index of the member the decoder is in: until the last member is met,
+// FollowingIndex already points one further.
+int CurrentMemberIndex(const CCabinet &cabinet)
+{
+    return cabinet.LastCabinet ? cabinet.FollowingIndex : cabinet.FollowingIndex - 1;
+}
+
+INT_PTR NotifyResult(int given)
+{
+    return given ? 0 : -1;
+}
+
+INT_PTR OnCopyFileNotification(CCabinet &cabinet, FDINOTIFICATION *notification)
+{
+    cabinet.LastFileSkipped = 0;
+    std::string path;
+    int skip = 0;
+    if (!cabinet.OnCopyFile(notification->psz1, notification->cb, path, skip))
+        return -1;
+    if (skip || path.empty()) {
+        cabinet.LastFileSkipped = 1;
+        return 0;
+    }
+    char target[MAX_PATH];
+    CopyBounded(target, path.c_str(), sizeof target);
+    SetFileAttributesA(target, FILE_ATTRIBUTE_NORMAL);
+    // Write-only, binary, sequential, created if missing, shared both ways.
+    // No truncation: a longer existing file keeps its tail.
+    INT_PTR handle = CabOpen(target, 0x8121, 0x180);
+    cabinet.CurrentFile = path.c_str();
+    cabinet.OpenedIn = CurrentMemberIndex(cabinet);
+    return handle;
+}
+
+INT_PTR OnCloseFileNotification(CCabinet &cabinet, FDINOTIFICATION *notification)
+{
+    USHORT date = notification->date;
+    USHORT time = notification->time;
+    USHORT attributes = notification->attribs;
+    if (!cabinet.OnCloseFileInfo(notification->psz1, &date, &time, &attributes))
+        return -1;
+    CabClose(notification->hf);
+
+    HANDLE file = CreateFileA(cabinet.CurrentFile, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, NULL,
+                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, NULL);
+    if (file != INVALID_HANDLE_VALUE) {
+        FILETIME local, universal;
+        if (DosDateTimeToFileTime(date, time, &local) && LocalFileTimeToFileTime(&local, &universal))
+            SetFileTime(file, &universal, NULL, &universal);
+        CloseHandle(file);
+    }
+    SetFileAttributesA(cabinet.CurrentFile, attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN |
+                                                          FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE));
+    cabinet.ClosedIn = CurrentMemberIndex(cabinet);
+    return cabinet.OnFileExtracted(notification->psz1) ? 1 : -1;
+}
+
+INT_PTR OnNextCabinetNotification(CCabinet &cabinet, FDINOTIFICATION *notification)
+{
+    // The decoder asks again for as long as it is told to go on; past the
+    // bound the walk gives up without asking.
+    if (++cabinet.MemberPrompts > CCabinet::MaxMemberPrompts)
+        return -1;
+    std::string path = notification->psz3 ? notification->psz3 : "";
+    int given = cabinet.OnNextCabinet(notification->psz1, notification->psz2, path, notification->fdie);
+    if (notification->psz3)
+        CopyBounded(notification->psz3, path.c_str(), CB_MAX_CAB_PATH);
+    return NotifyResult(given);
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------- CPathString
+
+void CPathString::Split(std::string *drive, std::string *directory, std::string *name,
+                        std::string *extension) const
+{
+    std::string d, dir, n, e;
+    SplitPath(Text.c_str(), d, dir, n, e);
+    if (drive) {
+        if (!d.empty() && d[d.size() - 1] == ':')
+            d.resize(d.size() - 1);
+        *drive = d;
+    }
+    if (directory) {
+        if (dir.size() > 1 && IsSeparator(dir[dir.size() - 1]))
+            dir.resize(dir.size() - 1);
+        *directory = dir;
+    }
+    if (name)
+        *name = n;
+    if (extension) {
+        if (!e.empty() && e[0] == '.')
+            e.erase(0, 1);
+        *extension = e;
+    }
+}
+
+void CPathString::Compose(const char *drive, const char *directory, const char *name, const char *extension)
+{
+    char buffer[MAX_PATH];
+    MakePath(buffer, drive, directory, name, extension);
+    Text = buffer;
+}
+
+void CPathString::GetDirectory(std::string &out) const
+{
+    std::string drive, directory;
+    Split(&drive, &directory, NULL, NULL);
+    out.clear();
+    if (!drive.empty())
+        out = drive + ":";
+    out += directory;
+}
+
+void CPathString::GetFileName(std::string &out) const
+{
+    std::string name, extension;
+    Split(NULL, NULL, &name, &extension);
+    out = name;
+    if (!extension.empty())
+        out += "." + extension;
+}
+
+void CPathString::SetDirectory(const char *path)
+{
+    std::string name, extension;
+    Split(NULL, NULL, &name, &extension);
+    Compose(NULL, path, name.c_str(), extension.c_str());
+}
+
+void CPathString::SetFileName(const char *file)
+{
+    std::string drive, directory;
+    Split(&drive, &directory, NULL, NULL);
+    Compose(drive.c_str(), directory.c_str(), file, NULL);
+}
+
+void CPathString::SetToTempDirectory()
+{
+    char buffer[MAX_PATH] = {0};
+    GetTempPathA(MAX_PATH, buffer);
+    Text = buffer;
+    SetFileName("");
+}
+
+int CPathString::Exists() const
+{
+    WIN32_FIND_DATAA found;
+    HANDLE find = FindFirstFileA(Text.c_str(), &found);
+    if (find == INVALID_HANDLE_VALUE)
+        return 0;
+    FindClose(find);
+    return 1;
+}
+
+// ------------------------------------------------------------ decoder callbacks
+
+void *__cdecl CabAlloc(ULONG size)
+{
+    errno = 0;
+    void *block = HeapAlloc(GetProcessHeap(), 0, size);
+    if (!block)
+        errno = ENOMEM;
+    return block;
+}
+
+void __cdecl CabFree(void *block)
+{
+    errno = 0;
+    if (block)
+        HeapFree(GetProcessHeap(), 0, block);
+}
+
+INT_PTR __cdecl CabOpen(char *path, int oflag, int pmode)
+{
+    errno = 0;
+    if (oflag & 0x4000) {
+        errno = EINVAL;
+        return -1;
+    }
+    DWORD access;
+    if (oflag & 0x0001) {
+        access = GENERIC_WRITE;
+    } else if (oflag & 0x0002) {
+        access = GENERIC_READ | GENERIC_WRITE;
+    } else {
+        access = GENERIC_READ;
+        pmode += 0x100;
+    }
+
+    DWORD disposition;
+    if (oflag & 0x0100) {
+        if (oflag & 0x0400)
+            disposition = CREATE_NEW;
+        else if (oflag & 0x0200)
+            disposition = CREATE_ALWAYS;
+        else
+            disposition = OPEN_ALWAYS;
+    } else if (oflag & 0x0200) {
+        disposition = TRUNCATE_EXISTING;
+    } else {
+        disposition = OPEN_EXISTING;
+    }
+
+    DWORD flags = FILE_ATTRIBUTE_NORMAL;
+    if (oflag & 0x0010)
+        flags |= FILE_FLAG_RANDOM_ACCESS;
+    if (oflag & 0x0020)
+        flags |= FILE_FLAG_SEQUENTIAL_SCAN;
+    if ((oflag & 0x1000) && (oflag & 0x0100))
+        flags |= FILE_ATTRIBUTE_TEMPORARY;
+    if ((oflag & 0x0040) && (oflag & 0x0100))
+        flags |= FILE_FLAG_DELETE_ON_CLOSE;
+
+    HANDLE file = CreateFileA(path, access, ShareFromMode(pmode), NULL, disposition, flags, NULL);
+    if (file == INVALID_HANDLE_VALUE) {
+        errno = ErrnoFromOpenError(GetLastError());
+        return -1;
+    }
+    if (oflag & 0x0008)
+        SetFilePointer(file, 0, NULL, FILE_END);
+    return reinterpret_cast<INT_PTR>(file);
+}
+
+UINT __cdecl CabRead(INT_PTR handle, void *buffer, UINT count)
+{
+    errno = 0;
+    DWORD read = 0;
+    if (!ReadFile(reinterpret_cast<HANDLE>(handle), buffer, count, &read, NULL)) {
+        errno = EBADF;
+        return static_cast<UINT>(-1);
+    }
+    return read;
+}
+
+UINT __cdecl CabWrite(INT_PTR handle, void *buffer, UINT count)
+{
+    errno = 0;
+    DWORD written = 0;
+    if (!WriteFile(reinterpret_cast<HANDLE>(handle), buffer, count, &written, NULL)) {
+        DWORD error = GetLastError();
+        errno = (error == ERROR_HANDLE_DISK_FULL || error == ERROR_DISK_FULL) ? ENOSPC : EBADF;
+        return static_cast<UINT>(-1);
+    }
+    return written;
+}
+
+LONG __cdecl CabSeek(INT_PTR handle, LONG offset, int origin)
+{
+    errno = 0;
+    DWORD method;
+    switch (origin) {
+    case 0:
+        method = FILE_BEGIN;
+        break;
+    case 1:
+        method = FILE_CURRENT;
+        break;
+    case 2:
+        method = FILE_END;
+        break;
+    default:
+        errno = EINVAL;
+        return -1;
+    }
+    DWORD position = SetFilePointer(reinterpret_cast<HANDLE>(handle), offset, NULL, method);
+    if (position == INVALID_SET_FILE_POINTER) {
+        DWORD error = GetLastError();
+        if (error != NO_ERROR) {
+            errno = error == ERROR_INVALID_PARAMETER ? EINVAL : EBADF;
+            return -1;
+        }
+    }
+    return static_cast<LONG>(position);
+}
+
+int __cdecl CabClose(INT_PTR handle)
+{
+    errno = 0;
+    if (!CloseHandle(reinterpret_cast<HANDLE>(handle))) {
+        errno = EBADF;
+        return -1;
+    }
+    return 0;
+}
+
+INT_PTR __cdecl CabNotify(int code, void *pointer)
+{
+    FDINOTIFICATION *notification = static_cast<FDINOTIFICATION *>(pointer);
+    CCabinet &cabinet = *static_cast<CCabinet *>(notification->pv);
+    switch (code) {
+    case fdintCABINET_INFO:
+        cabinet.MemberPrompts = 0;
+        return NotifyResult(cabinet.OnCabinetInfo(notification->setID, notification->psz3, notification->psz1,
+                                                  notification->psz2, notification->iCabinet));
+    case fdintPARTIAL_FILE:
+        return NotifyResult(cabinet.OnPartialFile(notification->psz1, notification->psz2, notification->psz3));
+    case fdintENUMERATE:
+        return NotifyResult(cabinet.OnEnumerate(notification->setID, notification, &notification->iFolder));
+    case fdintCOPY_FILE:
+        return OnCopyFileNotification(cabinet, notification);
+    case fdintCLOSE_FILE_INFO:
+        return OnCloseFileNotification(cabinet, notification);
+    case fdintNEXT_CABINET:
+        return OnNextCabinetNotification(cabinet, notification);
+    default:
+        return 0;
+    }
+}
+
+// -------------------------------------------------------------------- CCabinet
+
+CCabinet::CCabinet()
+    : FollowingIndex(0), ReachedIndex(-1), LastFileSkipped(0), CabinetFound(0), Context(NULL), OpenedIn(-1),
+      ClosedIn(-1), LastCabinet(0), MemberPrompts(0)
+{
+    memset(&Erf, 0, sizeof Erf);
+    Initialised = 0;
+
+    CabinetLibrary = LoadLibraryA("CABINET");
+    HFDI context = NULL;
+    if (CabinetLibrary) {
+        FdiCreate = reinterpret_cast<FdiCreateProc>(reinterpret_cast<void *>(GetProcAddress(CabinetLibrary, "FDICreate")));
+        FdiCopy = reinterpret_cast<FdiCopyProc>(reinterpret_cast<void *>(GetProcAddress(CabinetLibrary, "FDICopy")));
+        FdiIsCabinet = reinterpret_cast<FdiIsCabinetProc>(reinterpret_cast<void *>(GetProcAddress(CabinetLibrary, "FDIIsCabinet")));
+        FdiDestroy = reinterpret_cast<FdiDestroyProc>(reinterpret_cast<void *>(GetProcAddress(CabinetLibrary, "FDIDestroy")));
+        if (FdiCreate && FdiCopy && FdiIsCabinet && FdiDestroy)
+            context = FdiCreate(CabAlloc, CabFree, CabOpen, CabRead, CabWrite, CabClose, CabSeek, cpu80386,
+                                reinterpret_cast<PERF>(&Erf));
+        if (!context) {
+            FreeLibrary(CabinetLibrary);
+            CabinetLibrary = NULL;
+        }
+    }
+    Context = context;
+    Initialised = Context != NULL;
+    Destination.SetToTempDirectory();
+}
+
+CCabinet::~CCabinet()
+{
+    if (Initialised && Context && FdiDestroy(Context) == TRUE && CabinetLibrary) {
+        FreeLibrary(CabinetLibrary);
+        CabinetLibrary = NULL;
+    }
+}
+
+CabAllocFunction CCabinet::GetAllocFunction()
+{
+    return CabAlloc;
+}
+
+CabFreeFunction CCabinet::GetFreeFunction()
+{
+    return CabFree;
+}
+
+CabOpenFunction CCabinet::GetOpenFunction()
+{
+    return CabOpen;
+}
+
+CabReadFunction CCabinet::GetReadFunction()
+{
+    return CabRead;
+}
+
+CabWriteFunction CCabinet::GetWriteFunction()
+{
+    return CabWrite;
+}
+
+CabSeekFunction CCabinet::GetSeekFunction()
+{
+    return CabSeek;
+}
+
+CabCloseFunction CCabinet::GetCloseFunction()
+{
+    return CabClose;
+}
+
+CabNotifyFunction CCabinet::GetNotifyFunction()
+{
+    return CabNotify;
+}
+
+int CCabinet::OnCabinetInfo(int setId, const char *cabinetPath, const char *nextCabinet, const char *nextDisk,
+                            int index)
+{
+    // The next disk name, not the next cabinet name, tells whether the set
+    // goes on.
+    if (!nextDisk || !*nextDisk)
+        LastCabinet = 1;
+    ReachedCabinet = FollowingCabinet;
+    ReachedDisk = FollowingDisk;
+    ReachedIndex = FollowingIndex;
+    if (!LastCabinet) {
+        ++FollowingIndex;
+        FollowingCabinet.SetDirectory(cabinetPath);
+        FollowingCabinet.SetFileName(nextCabinet);
+        FollowingDisk = nextDisk;
+    }
+    return 1;
+}
+
+int CCabinet::OnPartialFile(const char *name, const char *firstCabinet, const char *firstDisk)
+{
+    return 1;
+}
+
+int CCabinet::OnCopyFile(const char *name, long size, std::string &path, int &skip)
+{
+    CPathString target = Destination;
+    target.SetFileName(name);
+    path = target.Text;
+    return 1;
+}
+
+int CCabinet::OnCloseFileInfo(const char *name, USHORT *date, USHORT *time, USHORT *attributes)
+{
+    return 1;
+}
+
+int CCabinet::OnFileExtracted(const char *name)
+{
+    return 1;
+}
+
+int CCabinet::OnEnumerate(int setId, void *notification, USHORT *folder)
+{
+    return 1;
+}
+
+int CCabinet::OnNextCabinet(const char *cabinet, const char *disk, std::string &path, int error)
+{
+    return 1;
+}
+
+int CCabinet::IsCabinet(const char *path, CCabinetInfo *info)
+{
+    if (!Initialised)
+        return 0;
+    char buffer[MAX_PATH];
+    CopyBounded(buffer, path ? path : "", sizeof buffer);
+    INT_PTR file = CabOpen(buffer, 0x20, 0);
+    if (file == -1)
+        return 0;
+    FDICABINETINFO found;
+    BOOL result = FdiIsCabinet(Context, file, &found);
+    if (result && info)
+        memcpy(info, &found, sizeof found);
+    CabClose(file);
+    return result;
+}
+
+void CCabinet::SetDestination(const char *path)
+{
+    if (!path)
+        return;
+    Destination = path;
+    if (Destination.Text.empty() || !IsSeparator(Destination.Text[Destination.Text.size() - 1]))
+        Destination.Text += '\\';
+}
+
+int CCabinet::Extract(const char *path, int followSet)
+{
+    CCabinetInfo info;
+    if (!Initialised || !IsCabinet(path, &info))
+        return 0;
+    CabinetFound = 1;
+    CurrentDirectory = path;
+    CurrentDirectory.GetFileName(CabinetName);
+    CurrentDirectory.SetFileName("");
+
+    for (;;) {
+        char directory[MAX_PATH];
+        char name[MAX_PATH];
+        CopyBounded(directory, CurrentDirectory, sizeof directory);
+        CopyBounded(name, CabinetName.c_str(), sizeof name);
+        std::string searchDirectory = directory;
+        Erf.erfOper = FDIERROR_NONE;
+
+        // From the second pass on: look for the member the decoder reached.
+        // The prompt may point elsewhere; past the bound the walk gives up.
+        MemberPrompts = 0;
+        while (!CabinetFound) {
+            CPathString candidate;
+            candidate.Compose(NULL, searchDirectory.c_str(), CabinetName.c_str(), NULL);
+            if (!candidate.Exists())
+                Erf.erfOper = FDIERROR_CABINET_NOT_FOUND;
+            else if (!IsCabinet(candidate, &info))
+                Erf.erfOper = FDIERROR_NOT_A_CABINET;
+            else if (info.iCabinet == ReachedIndex)
+                CabinetFound = 1;
+            else
+                Erf.erfOper = FDIERROR_WRONG_CABINET;
+
+            if (CabinetFound) {
+                Erf.erfOper = FDIERROR_NONE;
+                CurrentDirectory.SetDirectory(searchDirectory.c_str());
+                CopyBounded(directory, CurrentDirectory, sizeof directory);
+            } else if (++MemberPrompts > MaxMemberPrompts ||
+                       !OnNextCabinet(CabinetName.c_str(), ReachedDisk.c_str(), searchDirectory, Erf.erfOper)) {
+                Erf.erfOper = FDIERROR_USER_ABORT;
+                Erf.fError = TRUE;
+                return 0;
+            }
+        }
+
+        FollowingDisk.clear();
+        FollowingCabinet = CurrentDirectory;
+        FollowingCabinet.SetFileName(CabinetName.c_str());
+        ReachedIndex = OpenedIn = ClosedIn = -1;
+        FollowingIndex = info.iCabinet;
+        LastFileSkipped = LastCabinet = CabinetFound = 0;
+        MemberPrompts = 0;
+
+        BOOL result = FdiCopy(Context, name, directory, 0, reinterpret_cast<PFNFDINOTIFY>(GetNotifyFunction()),
+                              NULL, this);
+        if (!followSet || !result)
+            return result;
+        if (LastCabinet && OpenedIn == ClosedIn)
+            return result;
+        if (LastFileSkipped || OpenedIn == ClosedIn) {
+            // No file was left open across the end of this member: move on
+            // to the member after it.
+            ReachedCabinet = FollowingCabinet;
+            ReachedDisk = FollowingDisk;
+            ReachedIndex = FollowingIndex;
+        }
+        CurrentDirectory = ReachedCabinet;
+        CurrentDirectory.GetFileName(CabinetName);
+        CurrentDirectory.SetFileName("");
+    }
+}
+
+// ----------------------------------------------------------- CCabinetExtractor
+
+CCabinetExtractor::~CCabinetExtractor()
+{
+    ExtractedNames.clear();
+}
+
+int CCabinetExtractor::OnFileExtracted(const char *name)
+{
+    if (name && *name)
+        ExtractedNames.push_back(CBoundedString(name));
+    return 1;
+}
+
+int CCabinetExtractor::PopExtractedName(char *out)
+{
+    if (ExtractedNames.empty())
+        return 0;
+    memset(out, 0, CBoundedString::Capacity);
+    CopyBounded(out, ExtractedNames.back().Text, CBoundedString::Capacity);
+    ExtractedNames.pop_back();
+    return 1;
+}

@@ -1,0 +1,172 @@
+#include <windows.h>
+
+#include <cstdlib>
+
+#include "entry/printer_inf.h"
+#include "files/cabinet.h"
+#include "files/copy_engine.h"
+#include "files/file_spec.h"
+
+void SortUnique(CBoundedStringList &list)
+{
+    list.sort(CBoundedStringLess());  // std::list::sort is stable
+    CBoundedStringList::iterator previous = list.begin();
+    if (previous == list.end())
+        return;
+    for (CBoundedStringList::iterator it = std::next(previous); it != list.end();) {
+        if (previous->Equals(it->Text)) {
+            it = list.erase(it);
+        } else {
+            previous = it;
+            ++it;
+        }
+    }
+}
+
+int CPrinterInf::CollectCopyFiles(CBoundedStringList *names, CBoundedStringList *paths)
+{
+    if (!names && !paths)
+        return 0;
+    CBoundedString value;
+    GetValue(InstallSection, "CopyFiles", value, "");
+
+    CFileSpec spec;
+    spec.Resolve(0);
+    char *current = value;
+    while (current && *current) {
+        char *next = NextToken(current, ',');
+        CBoundedString element(StripChar(current, ' '));
+        bool single = element.Text[0] == '@';
+        if (single)
+            CopyBounded(element.Text, element.Text + 1, sizeof element.Text);
+
+        if (names)
+            names->push_back(element);
+
+        if (paths) {
+            CDestinationList directories;
+            if (single) {
+                FindDestinations("DefaultDestDir", &directories);
+                for (const CBoundedString &directory : directories) {
+                    spec.SetDirectory(directory);
+                    spec.SetFileName(element);
+                    paths->push_back(CBoundedString(spec.FullPath()));
+                }
+            } else {
+                FindDestinations(element, &directories);
+                if (directories.empty())
+                    FindDestinations("DefaultDestDir", &directories);
+                for (const CBoundedString &directory : directories) {
+                    spec.SetDirectory(directory);
+                    CInfSection section;
+                    if (!FindSection(element, section))
+                        continue;
+                    for (const CInfKey &line : section->second) {
+                        spec.SetFileName(line.Name);
+                        paths->push_back(CBoundedString(spec.FullPath()));
+                    }
+                }
+            }
+        }
+        current = next;
+    }
+
+    int filled = 0;
+    if (names) {
+        SortUnique(*names);
+        filled |= !names->empty();
+    }
+    if (paths) {
+        SortUnique(*paths);
+        filled |= !paths->empty();
+    }
+    return filled;
+}
+
+int CPrinterInf::CopyFiles()
+{
+    CFileSpec cabinet, work, destination;
+    cabinet.Resolve(0);
+    work.Resolve(41);  // a new, unique directory in the temp directory
+    destination.Resolve(0);
+    std::list<CFileSpec> extracted;
+    int result = 1;
+    {
+        CCabinetExtractor extractor;
+        try {
+            CBoundedStringList paths;
+            if (CollectCopyFiles(NULL, &paths))
+                for (const CBoundedString &path : paths)
+                    LogUninstall("files", path, "1");
+
+            CBoundedString cabinets;
+            if (!GetValue(InstallSection, "CopyCabs", cabinets, ""))
+                throw "no CopyCabs= key";
+
+            // Each cabinet is extracted, installed and drained before the
+            // next; an empty element ends the walk and leaves later ones alone.
+            for (char *element = cabinets; element;) {
+                char *next = NextToken(element, ',');
+                if (!*StripChar(element, ' '))
+                    break;
+                InstallCabinet(element, work, destination, extractor, extracted);
+                element = next;
+            }
+        } catch (const char *) {
+            result = 0;
+        }
+    }
+    for (CFileSpec &file : extracted)
+        DeleteFileA(file.FullPath());
+    RemoveDirectoryA(work.DirectoryPath());
+    return result;
+}
+
+void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CFileSpec &destination,
+                                 CCabinetExtractor &extractor, std::list<CFileSpec> &extracted)
+{
+    // Cabinets are looked for in the printer driver directory only.
+    CFileSpec cabinet;
+    cabinet.Resolve(28);
+    cabinet.SetFileName(name);
+    if (!cabinet.FileExists())
+        return;
+    CDestinationList entries;
+    if (!FindDestinationEntries(cabinet.BaseName(), &entries) || entries.empty())
+        return;
+
+    CBoundedString workPath(work.FullPath());
+    extractor.SetDestination(workPath);
+    CBoundedString cabinetPath(cabinet.FullPath());
+    extractor.Extract(cabinetPath, 1);
+
+    CFileSpec source, target;
+    source.Resolve(0);
+    target.Resolve(0);
+    CBoundedString workDirectory(work.DirectoryPath());
+    char file[CBoundedString::Capacity];
+    while (extractor.PopExtractedName(file)) {
+        for (const CBoundedString &entry : entries) {
+            CBoundedString copy(entry);
+            char *subdirectory = NextToken(copy, ',');
+            int id = std::atoi(copy);
+            CBoundedString directory;
+            FindDirectoryId(id, directory);
+            destination.SetDirectory(directory);
+            if (subdirectory && *subdirectory)
+                destination.AppendDirectory(subdirectory);
+            if (!destination.DirectoryExists())
+                CreateDirectoryA(destination.DirectoryPath(), NULL);
+
+            source.SetDirectory(workDirectory);
+            source.SetFileName(file);
+            CBoundedString targetDirectory(destination.DirectoryPath());
+            target.SetDirectory(targetDirectory);
+            target.SetFileName(file);
+            CBoundedString sourcePath(source.FullPath());
+            CBoundedString targetPath(target.FullPath());
+            InstallFile(sourcePath, targetPath);
+        }
+        extracted.push_back(source);
+    }
+}

@@ -1,0 +1,296 @@
+#include "cabinet_maker.h"
+
+#include <fci.h>
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+typedef HFCI(DIAMONDAPI *FciCreateProc)(PERF, PFNFCIFILEPLACED, PFNFCIALLOC, PFNFCIFREE, PFNFCIOPEN, PFNFCIREAD,
+                                        PFNFCIWRITE, PFNFCICLOSE, PFNFCISEEK, PFNFCIDELETE, PFNFCIGETTEMPFILE, PCCAB,
+                                        void *);
+typedef BOOL(DIAMONDAPI *FciAddFileProc)(HFCI, char *, char *, BOOL, PFNFCIGETNEXTCABINET, PFNFCISTATUS,
+                                         PFNFCIGETOPENINFO, TCOMP);
+typedef BOOL(DIAMONDAPI *FciFlushCabinetProc)(HFCI, BOOL, PFNFCIGETNEXTCABINET, PFNFCISTATUS);
+typedef BOOL(DIAMONDAPI *FciFlushFolderProc)(HFCI, PFNFCIGETNEXTCABINET, PFNFCISTATUS);
+typedef BOOL(DIAMONDAPI *FciDestroyProc)(HFCI);
+
+struct CMakerState {
+    const CCabinetSetPlan *Plan;
+    const CCabinetEntry *Current;
+    int Members;
+};
+
+void NameMember(const CCabinetSetPlan &plan, int index, CCAB *ccab)
+{
+    snprintf(ccab->szCab, sizeof ccab->szCab, "%s%d.cab", plan.Prefix.c_str(), index);
+    if (plan.DiskNames)
+        snprintf(ccab->szDisk, sizeof ccab->szDisk, "disk%d", index);
+    else
+        ccab->szDisk[0] = 0;
+}
+
+FNFCIALLOC(MakerAlloc)
+{
+    return HeapAlloc(GetProcessHeap(), 0, cb);
+}
+
+FNFCIFREE(MakerFree)
+{
+    HeapFree(GetProcessHeap(), 0, memory);
+}
+
+FNFCIOPEN(MakerOpen)
+{
+    int handle = _open(pszFile, oflag, pmode);
+    if (handle == -1)
+        *err = errno;
+    return handle;
+}
+
+FNFCIREAD(MakerRead)
+{
+    int result = _read(static_cast<int>(hf), memory, cb);
+    if (result == -1)
+        *err = errno;
+    return static_cast<UINT>(result);
+}
+
+FNFCIWRITE(MakerWrite)
+{
+    int result = _write(static_cast<int>(hf), memory, cb);
+    if (result == -1)
+        *err = errno;
+    return static_cast<UINT>(result);
+}
+
+FNFCICLOSE(MakerClose)
+{
+    int result = _close(static_cast<int>(hf));
+    if (result == -1)
+        *err = errno;
+    return result;
+}
+
+FNFCISEEK(MakerSeek)
+{
+    long result = _lseek(static_cast<int>(hf), dist, seektype);
+    if (result == -1)
+        *err = errno;
+    return result;
+}
+
+FNFCIDELETE(MakerDelete)
+{
+    if (!DeleteFileA(pszFile)) {
+        *err = EACCES;
+        return -1;
+    }
+    return 0;
+}
+
+FNFCIGETTEMPFILE(MakerTempFile)
+{
+    char directory[MAX_PATH];
+    char name[MAX_PATH];
+    GetTempPathA(MAX_PATH, directory);
+    if (!GetTempFileNameA(directory, "fci", 0, name))
+        return FALSE;
+    DeleteFileA(name);
+    if (static_cast<int>(strlen(name)) >= cbTempName)
+        return FALSE;
+    strcpy(pszTempName, name);
+    return TRUE;
+}
+
+FNFCIFILEPLACED(MakerFilePlaced)
+{
+    return 0;
+}
+
+FNFCISTATUS(MakerStatus)
+{
+    return 0;
+}
+
+FNFCIGETNEXTCABINET(MakerNextCabinet)
+{
+    CMakerState *state = static_cast<CMakerState *>(pv);
+    NameMember(*state->Plan, state->Members++, pccab);
+    return TRUE;
+}
+
+FNFCIGETOPENINFO(MakerOpenInfo)
+{
+    CMakerState *state = static_cast<CMakerState *>(pv);
+    int handle = _open(pszName, _O_RDONLY | _O_BINARY);
+    if (handle == -1) {
+        *err = errno;
+        return -1;
+    }
+    const CCabinetEntry *entry = state->Current;
+    if (entry && entry->Date) {
+        *pdate = entry->Date;
+        *ptime = entry->Time;
+        *pattribs = entry->Attributes;
+        return handle;
+    }
+    BY_HANDLE_FILE_INFORMATION information;
+    FILETIME local;
+    GetFileInformationByHandle(reinterpret_cast<HANDLE>(_get_osfhandle(handle)), &information);
+    FileTimeToLocalFileTime(&information.ftLastWriteTime, &local);
+    FileTimeToDosDateTime(&local, pdate, ptime);
+    *pattribs = static_cast<USHORT>(information.dwFileAttributes &
+                                    (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
+                                     FILE_ATTRIBUTE_ARCHIVE));
+    return handle;
+}
+
+void PutWord(std::string &out, unsigned value)
+{
+    out += static_cast<char>(value & 0xFF);
+    out += static_cast<char>((value >> 8) & 0xFF);
+}
+
+void PutLong(std::string &out, unsigned long value)
+{
+    PutWord(out, value & 0xFFFF);
+    PutWord(out, (value >> 16) & 0xFFFF);
+}
+
+}  // namespace
+
+std::vector<std::string> MakeCabinetSet(const CCabinetSetPlan &plan, const std::vector<CCabinetEntry> &entries)
+{
+    std::vector<std::string> members;
+    HMODULE library = LoadLibraryA("cabinet.dll");
+    if (!library)
+        return members;
+    FciCreateProc create = reinterpret_cast<FciCreateProc>(reinterpret_cast<void *>(GetProcAddress(library, "FCICreate")));
+    FciAddFileProc addFile = reinterpret_cast<FciAddFileProc>(reinterpret_cast<void *>(GetProcAddress(library, "FCIAddFile")));
+    FciFlushCabinetProc flushCabinet = reinterpret_cast<FciFlushCabinetProc>(reinterpret_cast<void *>(GetProcAddress(library, "FCIFlushCabinet")));
+    FciFlushFolderProc flushFolder = reinterpret_cast<FciFlushFolderProc>(reinterpret_cast<void *>(GetProcAddress(library, "FCIFlushFolder")));
+    FciDestroyProc destroy = reinterpret_cast<FciDestroyProc>(reinterpret_cast<void *>(GetProcAddress(library, "FCIDestroy")));
+    if (!create || !addFile || !flushCabinet || !flushFolder || !destroy) {
+        FreeLibrary(library);
+        return members;
+    }
+
+    CMakerState state = {&plan, NULL, 0};
+    CCAB ccab;
+    memset(&ccab, 0, sizeof ccab);
+    ccab.cb = plan.MemberSize ? plan.MemberSize : 0x7FFFFFFF;
+    ccab.cbFolderThresh = 0x7FFFFFFF;
+    ccab.setID = 4242;
+    strcpy(ccab.szCabPath, plan.Directory.c_str());
+    NameMember(plan, state.Members++, &ccab);
+
+    ERF erf;
+    memset(&erf, 0, sizeof erf);
+    HFCI fci = create(&erf, MakerFilePlaced, MakerAlloc, MakerFree, MakerOpen, MakerRead, MakerWrite, MakerClose,
+                      MakerSeek, MakerDelete, MakerTempFile, &ccab, &state);
+    bool ok = fci != NULL;
+    for (size_t i = 0; ok && i < entries.size(); ++i) {
+        state.Current = &entries[i];
+        std::string source = entries[i].Source;
+        std::string stored = entries[i].Stored;
+        ok = addFile(fci, &source[0], &stored[0], FALSE, MakerNextCabinet, MakerStatus, MakerOpenInfo,
+                     plan.Compression) &&
+             flushFolder(fci, MakerNextCabinet, MakerStatus);
+    }
+    if (ok)
+        ok = flushCabinet(fci, FALSE, MakerNextCabinet, MakerStatus);
+    if (fci)
+        destroy(fci);
+    FreeLibrary(library);
+    if (!ok)
+        return members;
+
+    for (int i = 0; i < state.Members; ++i) {
+        CCAB name;
+        NameMember(plan, i, &name);
+        std::string path = plan.Directory + name.szCab;
+        if (GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES)
+            members.push_back(path);
+    }
+    return members;
+}
+
+bool WriteStoredCabinet(const std::string &path, const std::vector<CStoredFile> &files, const CStoredSetPlace &place)
+{
+    unsigned flags = 0;
+    std::string links;
+    if (!place.PreviousCabinet.empty()) {
+        flags |= 1;
+        links += place.PreviousCabinet + '\0' + place.PreviousDisk + '\0';
+    }
+    if (!place.NextCabinet.empty()) {
+        flags |= 2;
+        links += place.NextCabinet + '\0' + place.NextDisk + '\0';
+    }
+
+    std::string data;
+    for (const CStoredFile &file : files)
+        data += file.Content;
+    if (data.size() > 0x8000)
+        return false;
+
+    const unsigned long headerSize = 36 + links.size();
+    const unsigned long folderSize = files.empty() ? 0 : 8;
+    unsigned long filesSize = 0;
+    for (const CStoredFile &file : files)
+        filesSize += 16 + file.Stored.size() + 1;
+    const unsigned long dataStart = headerSize + folderSize + filesSize;
+    const unsigned long total = dataStart + (files.empty() ? 0 : 8 + data.size());
+
+    std::string out = "MSCF";
+    PutLong(out, 0);
+    PutLong(out, total);
+    PutLong(out, 0);
+    PutLong(out, headerSize + folderSize);
+    PutLong(out, 0);
+    out += '\3';
+    out += '\1';
+    PutWord(out, files.empty() ? 0 : 1);
+    PutWord(out, static_cast<unsigned>(files.size()));
+    PutWord(out, flags);
+    PutWord(out, 4242);  // set id
+    PutWord(out, place.Index);
+    out += links;
+    if (!files.empty()) {
+        PutLong(out, dataStart);
+        PutWord(out, 1);  // one data block
+        PutWord(out, 0);  // stored
+    }
+    unsigned long offset = 0;
+    for (const CStoredFile &file : files) {
+        PutLong(out, file.Content.size());
+        PutLong(out, offset);
+        PutWord(out, 0);
+        PutWord(out, file.Date);
+        PutWord(out, file.Time);
+        PutWord(out, file.Attributes);
+        out += file.Stored;
+        out += '\0';
+        offset += file.Content.size();
+    }
+    if (!files.empty()) {
+        PutLong(out, 0);  // no checksum
+        PutWord(out, static_cast<unsigned>(data.size()));
+        PutWord(out, static_cast<unsigned>(data.size()));
+        out += data;
+    }
+
+    HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, 0, NULL, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, NULL);
+    if (file == INVALID_HANDLE_VALUE)
+        return false;
+    DWORD written = 0;
+    BOOL ok = WriteFile(file, out.data(), static_cast<DWORD>(out.size()), &written, NULL);
+    CloseHandle(file);
+    return ok && written == out.size();
+}
