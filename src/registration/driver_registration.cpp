@@ -147,3 +147,15 @@ int CPrinterInf::AddNewDriver(const CDestinationList &dependentFiles)
     info.pDefaultDataType = DefaultDataType;
     return AddPrinterDriverA(NULL, 3, reinterpret_cast<BYTE *>(&info)) ? 1 : 0;
 }
+
+int CPrinterInf::InstallDriver()
+{
+    if (UpdateInstalledDrivers())
+        return 1;
+    // A model that copies nothing is not handed to the spooler at all.
+    CDestinationList names;
+    if (!CollectCopyFiles(&names, NULL))
+        return 1;
+    AddNewDriver(names);
+    return 1;
+}

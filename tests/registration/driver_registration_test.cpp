@@ -324,4 +324,47 @@ TEST(InstalledDriver, NothingChangedMeansNoUpdate)
     EXPECT_EQ("Tovrel Other Monitor", ListedDriver(name).MonitorName);
 }
 
+// The model as Install reads it, before the stages run.
+void OpenModel(CPrinterInf &inf, const std::string &install)
+{
+    std::string path = ScratchDirectory() + "stage.inf";
+    WriteText(path, "[Version]\r\nSignature=\"$Chicago$\"\r\nClass=Printer\r\n"
+                    "[Manufacturer]\r\nAcme=AcmeDevices\r\n[AcmeDevices]\r\nTovrel Stage Model=Inst\r\n"
+                    "[Inst]\r\nDataSection=Data\r\n" + install +
+                    "[Data]\r\nDriverFile=stage.dll\r\nDataFile=stage.ppd\r\nConfigFile=stageui.txt\r\n"
+                    "HelpFile=stage.hlp\r\nDefaultDataType=RAW\r\n[DestinationDirs]\r\nDefaultDestDir=11\r\n");
+    ASSERT_EQ(1, inf.Open(path.c_str()));
+    ASSERT_EQ(1, inf.ReadDeviceSection("Acme", "Tovrel Stage Model", "Tovrel Stage Printer"));
+}
+
+TEST(InstallDriver, AModelThatCopiesNothingIsNotAdded)
+{
+    CPrinterInf inf;
+    OpenModel(inf, "");
+    EXPECT_EQ(1, inf.InstallDriver());
+    EXPECT_FALSE(ListedDriver("Tovrel Stage Model").Found);
+}
+
+TEST(InstallDriver, NewDriverDependsOnTheCopyFilesNamesThenStays)
+{
+    CPrinterInf inf;
+    OpenModel(inf, "CopyFiles=@b.dll, @A.DLL,@a.dll,Extra\r\n");
+    EXPECT_EQ(1, inf.InstallDriver());
+    CListedDriver listed = ListedDriver("Tovrel Stage Model");
+    ASSERT_TRUE(listed.Found);
+    std::string directory = DriverDirectory();
+    ExpectInDriverDirectory(directory, listed.DriverPath, "stage.dll");
+    ExpectInDriverDirectory(directory, listed.ConfigFile, "stageui.txt");
+    std::vector<std::string> dependent = {"A.DLL", "b.dll", "Extra"};
+    ASSERT_EQ(dependent.size(), listed.DependentFiles.size());
+    for (size_t i = 0; i < dependent.size(); ++i)
+        ExpectInDriverDirectory(directory, listed.DependentFiles[i], dependent[i]);
+
+    // A second run finds it and, with nothing changed, leaves it alone.
+    FILETIME added = DriverWriteTime(listed, "Tovrel Stage Model");
+    Sleep(20);
+    EXPECT_EQ(1, inf.InstallDriver());
+    EXPECT_TRUE(SameTime(added, DriverWriteTime(listed, "Tovrel Stage Model")));
+}
+
 }  // namespace
