@@ -29,13 +29,34 @@ int CPrinterInf::Install(const char *infPath, const char *manufacturer, const ch
                          const char *printerName, int *reboot, const char *deviceKey)
 {
     CBoundedString Inf(infPath), Mfg(manufacturer), Model(driverName), Name(printerName);
+    CBoundedString Key(deviceKey);
+    CBoundedString Class, HardwareId, ModelValue, PortName;
+    bool Searched = false;
 
-    // Discovery by printer name or device key is not part of the library yet:
-    // a run that lacks any of the three has nothing to start from.
-    if (Inf.IsEmpty() || Mfg.IsEmpty() || Model.IsEmpty())
-        return 0;
-    if (!Open(Inf))
-        return 0;
+    // A device's own key wins on Windows 9x; it is also the only source of a port.
+    if (!Key.IsEmpty())
+        ReadDeviceKey(Key, Class, Model, HardwareId, Mfg, ModelValue, PortName);
+
+    if (Inf.IsEmpty() || Mfg.IsEmpty() || Model.IsEmpty()) {
+        if (!FindInf(Name, Inf, CBoundedString::Capacity, Mfg, CBoundedString::Capacity, Model,
+                     CBoundedString::Capacity))
+            return 0;
+        Searched = true;
+    }
+
+    // At most one search and two opens. A store that the first Open filled
+    // refuses the second, so a retry only helps when the first file could not
+    // be read at all.
+    if (!Open(Inf)) {
+        if (Searched)
+            return 0;
+        if (!FindInf(Name, Inf, CBoundedString::Capacity, Mfg, CBoundedString::Capacity, Model,
+                     CBoundedString::Capacity))
+            return 0;
+        if (!Open(Inf))
+            return 0;
+    }
+
     if (!ReadDeviceSection(Mfg, Model, Name))
         return 0;
 
@@ -45,6 +66,10 @@ int CPrinterInf::Install(const char *infPath, const char *manufacturer, const ch
     AddRegistry();
     AddProgramGroup();
     InstallServices();
+    InstallPrintProcessor();
+    InstallMonitor();
+    InstallDriver();
+    InstallPrinter(PortName);
 
     if (reboot)
         *reboot = IsRebootRequired();

@@ -28,6 +28,26 @@ public:
     int ReadDeviceSection(const char *manufacturer, const char *model, const char *printerName);
     int IsRebootRequired() const { return RebootRequired ? 1 : 0; }
 
+    // Discovery, before Open: an INF that offers the model, tried through
+    // the profile calls; 1 when found or accepted.
+    int FindInf(const char *printerName, char *inf, int infSize, char *manufacturer, int manufacturerSize,
+                char *model, int modelSize);
+    int MatchInf(CBoundedString inf, CBoundedString model, CBoundedString &manufacturer);
+    // The device installer's key on the 9x family; each output holds 260 bytes.
+    static int ReadDeviceKey(CBoundedString keyPath, char *deviceClass, char *model, char *hardwareId,
+                             char *manufacturer, char *modelValue, char *portName);
+
+    // The spooler stages, in the order Install runs them.
+    int InstallPrintProcessor();
+    int InstallMonitor();
+    int InstallDriver();
+    int InstallPrinter(const char *port);
+    // The two halves of InstallDriver: bring the spooler's records of Model
+    // up to date (1 if it has any), or add a new driver that depends on the
+    // files named.
+    int UpdateInstalledDrivers();
+    int AddNewDriver(const CDestinationList &dependentFiles);
+
     // Adds one value to the model's uninstall record, below subkey if one is
     // given; it neither fails nor reports.
     void LogUninstall(const char *subkey, const char *name, const char *data);

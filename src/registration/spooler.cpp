@@ -55,10 +55,11 @@ DRIVER_INFO_3A *EnumDriverInfo3(std::vector<BYTE> &buffer, DWORD *count)
     DWORD needed = 0, returned = 0;
     *count = 0;
     EnumPrinterDriversA(NULL, NULL, 3, NULL, 0, &needed, &returned);
-    // An empty list still gets a buffer, so the pointer given is never null
-    // on success.
-    buffer.assign(needed ? needed : 1, 0);
-    if (!EnumPrinterDriversA(NULL, NULL, 3, buffer.data(), needed, &needed, &returned))
+    // Whole words, so that the records at its start are aligned; an empty
+    // list still gets a buffer, so the pointer given is never null on success.
+    DWORD size = (needed + 3) & ~static_cast<DWORD>(3);
+    buffer.assign(size ? size : 4, 0);
+    if (!EnumPrinterDriversA(NULL, NULL, 3, buffer.data(), size, &needed, &returned))
         return nullptr;
     *count = returned;
     return reinterpret_cast<DRIVER_INFO_3A *>(buffer.data());
