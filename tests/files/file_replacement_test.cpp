@@ -31,13 +31,6 @@ void SetWriteTime(const std::string &path, ULONGLONG ticks)
 
 const ULONGLONG Older = 130000000000000000ULL, Newer = 131000000000000000ULL;
 
-std::string ReadPendingRenames()
-{
-    CStoredValue value = ReadStoredValue(HKEY_LOCAL_MACHINE, "SYSTEM\\CurrentControlSet\\Control\\Session Manager",
-                                         "PendingFileRenameOperations");
-    return value.Data;
-}
-
 // Runs the prefix's restart: pending renames and WININIT.INI are carried out.
 void Restart()
 {
@@ -72,24 +65,17 @@ protected:
     CPrinterInf Printer;
 };
 
-TEST_F(FileReplacement, AMissingTargetIsCopied)
+TEST_F(FileReplacement, AMissingTargetIsCopiedAndAMissingDirectoryOnlyRecorded)
 {
-    std::string source = Dir + "source.txt", target = Dir + "target.txt";
+    std::string source = Dir + "source.txt", target = Dir + "target.txt", lost = Dir + "absent\\target.txt";
     WriteText(source, "new");
     EXPECT_EQ(1, Printer.InstallFile(source.c_str(), target.c_str()));
     EXPECT_EQ("new", ReadText(target));
+    EXPECT_EQ(1, Printer.InstallFile(source.c_str(), lost.c_str()));
+    EXPECT_FALSE(PathExists(Dir + "absent"));
     EXPECT_TRUE(Recorded(target));
+    EXPECT_TRUE(Recorded(lost));
     EXPECT_FALSE(Printer.RebootRequired);
-}
-
-TEST_F(FileReplacement, AMissingDirectoryEndsTheAttemptButIsRecorded)
-{
-    std::string source = Dir + "source.txt", target = Dir + "absent\\target.txt";
-    WriteText(source, "new");
-    EXPECT_EQ(1, Printer.InstallFile(source.c_str(), target.c_str()));
-    EXPECT_FALSE(PathExists(target));
-    EXPECT_FALSE(PathExists(target + ".new_file"));
-    EXPECT_TRUE(Recorded(target));
 }
 
 struct VersionCase {
@@ -134,35 +120,10 @@ TEST_F(FileReplacement, NewerSourcesReplaceByVersionThenTime)
     }
 }
 
-TEST_F(FileReplacement, CompareVersionsNeedsTwoVersionResources)
-{
-    CFileVersion query;
-    int result = 42;
-    std::string text = Dir + "text.txt";
-    WriteText(text, "no version");
-    EXPECT_EQ(0, query.CompareVersions(Versioned("2_0_0_0").c_str(), text.c_str(), &result));
-    EXPECT_EQ(0, query.CompareVersions("", text.c_str(), &result));
-    EXPECT_EQ(42, result);
-    EXPECT_EQ(1, query.CompareVersions(Versioned("1_0_0_5").c_str(), Versioned("1_0_0_9").c_str(), &result));
-    EXPECT_EQ(-1, result);
-    EXPECT_EQ(1, query.CompareVersions(Versioned("2_0_0_0").c_str(), Versioned("1_9_9_9").c_str(), &result));
-    EXPECT_EQ(1, result);
-    EXPECT_EQ(0u, query.FileSize((Dir + "missing").c_str()));
-    EXPECT_EQ(10u, query.FileSize(text.c_str()));
-    // A file that cannot be opened counts as written at time zero, and loses.
-    SetWriteTime(text, Older);
-    EXPECT_EQ(1, query.CompareFileTimes(text.c_str(), (Dir + "missing").c_str()));
-    EXPECT_EQ(-1, query.CompareFileTimes((Dir + "missing").c_str(), text.c_str()));
-}
-
 // A busy target is held the way a loaded library is: open for reading with
 // read and delete sharing, so that it may be renamed but not overwritten.
-class BusyTarget {
-public:
-    explicit BusyTarget(const std::string &path)
-        : Module(LoadLibraryExA(path.c_str(), NULL, DONT_RESOLVE_DLL_REFERENCES))
-    {
-    }
+struct BusyTarget {
+    explicit BusyTarget(const std::string &path) : Module(LoadLibraryExA(path.c_str(), NULL, DONT_RESOLVE_DLL_REFERENCES)) {}
     ~BusyTarget() { Release(); }
     void Release()
     {
@@ -171,8 +132,6 @@ public:
         Module = NULL;
     }
     bool Held() const { return Module != NULL; }
-
-private:
     HMODULE Module;
 };
 
@@ -192,7 +151,9 @@ TEST_F(FileReplacement, ABusyTargetIsSwappedAtOnceOnWindowsNt)
     EXPECT_FALSE(PathExists(target + ".new_file"));
     EXPECT_FALSE(Printer.RebootRequired);
     EXPECT_TRUE(Recorded(target));
-    EXPECT_NE(std::string::npos, ReadPendingRenames().find("busy.dll.delete_on_reboot"));
+    EXPECT_NE(std::string::npos, ReadStoredValue(HKEY_LOCAL_MACHINE, "SYSTEM\\CurrentControlSet\\Control\\Session Manager",
+                                                 "PendingFileRenameOperations")
+                                     .Data.find("busy.dll.delete_on_reboot"));
 
     busy.Release();
     Restart();
@@ -206,57 +167,35 @@ TEST_F(FileReplacement, ABusyTargetWaitsForTheRestartOnWindows9xWin98)
     ASSERT_TRUE(CopyFileA(Versioned("2_0_0_0").c_str(), source.c_str(), FALSE));
     ASSERT_TRUE(CopyFileA(Versioned("1_9_9_9").c_str(), target.c_str(), FALSE));
     std::string oldContent = ReadText(target), newContent = ReadText(source);
-
     char windows[MAX_PATH];
     GetWindowsDirectoryA(windows, MAX_PATH);
-    std::string wininit = std::string(windows) + "\\WININIT.INI";
-    DeleteFileA(wininit.c_str());
-    DeleteFileA((std::string(windows) + "\\wininit.bak").c_str());
-    WriteText(wininit, "[rename]\r\nNUL=C:\\old.tmp\r\nC:\\a.txt=C:\\b.txt\r\n");
+    std::string wininit = std::string(windows) + "\\WININIT.INI", entry = target + "=" + target + ".new_file";
 
-    {
-        BusyTarget busy(target);
-        ASSERT_TRUE(busy.Held());
-        Printer.InstallFile(source.c_str(), target.c_str());
-        EXPECT_TRUE(Printer.RebootRequired);
-        EXPECT_EQ(oldContent, ReadText(target));
-        EXPECT_EQ(newContent, ReadText(target + ".new_file"));
-        EXPECT_TRUE(Recorded(target));
-        // A second replacement of the same file adds a second, equal line.
-        Printer.InstallFile(source.c_str(), target.c_str());
+    // Made when missing; else appended to, even when the same line is there.
+    const std::string existing = std::string("NUL=C:\\old.tmp") + '\0' + "C:\\a.txt=C:\\b.txt" + '\0';
+    for (bool before : {false, true}) {
+        DeleteFileA(wininit.c_str());
+        if (before)
+            WriteText(wininit, "[rename]\r\nNUL=C:\\old.tmp\r\nC:\\a.txt=C:\\b.txt\r\n");
+        {
+            BusyTarget busy(target);
+            ASSERT_TRUE(busy.Held());
+            Printer.InstallFile(source.c_str(), target.c_str());
+            EXPECT_TRUE(Printer.RebootRequired);
+            EXPECT_EQ(oldContent, ReadText(target));
+            EXPECT_EQ(newContent, ReadText(target + ".new_file"));
+            EXPECT_TRUE(Recorded(target));
+            if (before)
+                Printer.InstallFile(source.c_str(), target.c_str());
+        }
+        char section[4096];
+        std::string lines(section, GetPrivateProfileSectionA("RENAME", section, sizeof section, wininit.c_str()));
+        EXPECT_EQ(before ? existing + entry + '\0' + entry : entry, lines.substr(0, lines.find_last_not_of('\0') + 1));
     }
-
-    char section[4096];
-    DWORD length = GetPrivateProfileSectionA("RENAME", section, sizeof section, wininit.c_str());
-    std::string lines(section, length);
-    std::string entry = target + "=" + target + ".new_file";
-    std::string expected = std::string("NUL=C:\\old.tmp") + '\0' + "C:\\a.txt=C:\\b.txt" + '\0' + entry + '\0' + entry;
-    EXPECT_EQ(expected, lines.substr(0, lines.find_last_not_of('\0') + 1));
 
     Restart();
     EXPECT_EQ(newContent, ReadText(target));
     EXPECT_FALSE(PathExists(target + ".new_file"));
-}
-
-TEST_F(FileReplacement, TheRenameSectionIsCreatedWhenThereIsNoWininitWin98)
-{
-    std::string source = Dir + "new.txt", target = Dir + "busy.dll";
-    WriteText(source, "newer content");
-    ASSERT_TRUE(CopyFileA(Versioned("1_0_0_5").c_str(), target.c_str(), FALSE));
-    SetWriteTime(source, Newer);
-    SetWriteTime(target, Older);
-    char windows[MAX_PATH];
-    GetWindowsDirectoryA(windows, MAX_PATH);
-    std::string wininit = std::string(windows) + "\\WININIT.INI";
-    DeleteFileA(wininit.c_str());
-
-    BusyTarget busy(target);
-    ASSERT_TRUE(busy.Held());
-    Printer.InstallFile(source.c_str(), target.c_str());
-    EXPECT_TRUE(Printer.RebootRequired);
-    char value[MAX_PATH] = {0};
-    GetPrivateProfileStringA("rename", target.c_str(), "", value, MAX_PATH, wininit.c_str());
-    EXPECT_EQ(target + ".new_file", value);
 }
 
 }  // namespace

@@ -7,118 +7,77 @@
 
 namespace {
 
-struct SplitCase {
-    const char *Path;
-    const char *Drive, *Directory, *Name, *Extension;
-};
-
-TEST(PathParts, SplitsLikeTheRuntime)
-{
-    static const SplitCase cases[] = {
-        {"C:\\windows\\system32\\driver.dll", "C:", "\\windows\\system32\\", "driver", ".dll"},
-        {"C:\\dir\\", "C:", "\\dir\\", "", ""},
-        {"C:", "C:", "", "", ""},
-        {"C:file.txt", "C:", "", "file", ".txt"},
-        {"archive.tar.gz", "", "", "archive.tar", ".gz"},
-        {"dir.d\\noext", "", "dir.d\\", "noext", ""},
-        {".profile", "", "", "", ".profile"},
-        {"name.", "", "", "name", "."},
-        {"\\\\server\\share\\file.cab", "", "\\\\server\\share\\", "file", ".cab"},
-        {"a/b\\c.x", "", "a/b\\", "c", ".x"},
-        {"", "", "", "", ""},
-        {"x:\\", "x:", "\\", "", ""},
-    };
-    for (const SplitCase &c : cases) {
-        char drive[PathDriveSize], dir[PathPartSize], name[PathPartSize], ext[PathPartSize];
-        SplitPath(c.Path, drive, dir, name, ext);
-        EXPECT_STREQ(c.Drive, drive) << c.Path;
-        EXPECT_STREQ(c.Directory, dir) << c.Path;
-        EXPECT_STREQ(c.Name, name) << c.Path;
-        EXPECT_STREQ(c.Extension, ext) << c.Path;
-    }
-}
-
-TEST(PathParts, PartsLeftOutAreNotWritten)
-{
-    char dir[PathPartSize] = "untouched";
-    char name[PathPartSize];
-    SplitPath("C:\\a\\b.c", nullptr, nullptr, name, nullptr);
-    EXPECT_STREQ("b", name);
-    SplitPath("C:\\a\\b.c", nullptr, dir, nullptr, nullptr);
-    EXPECT_STREQ("\\a\\", dir);
-}
-
-TEST(PathParts, LongPartsAreCutTo255)
-{
-    std::string longName(300, 'n');
-    std::string path = "C:\\" + std::string(300, 'd') + "\\" + longName + "." + std::string(300, 'e');
-    char drive[PathDriveSize], dir[PathPartSize], name[PathPartSize], ext[PathPartSize];
-    SplitPath(path.c_str(), drive, dir, name, ext);
-    EXPECT_EQ(255u, std::strlen(dir));
-    EXPECT_EQ(255u, std::strlen(name));
-    EXPECT_EQ(255u, std::strlen(ext));
-    EXPECT_EQ('.', ext[0]);
-}
-
 // A stand-in for a double-byte code page in which 0x81 opens a character.
 int LeadIs81(unsigned char c) { return c == 0x81; }
 
-TEST(PathParts, TrailBytesAreNeverSeparators)
+std::string Split(const char *path, int (*isLead)(unsigned char) = nullptr)
 {
-    // 0x81 0x5C is one character whose trail byte has the backslash's value.
-    const char path[] = "C:\\dir\\na\x81\\me.txt";
-    char dir[PathPartSize], name[PathPartSize], ext[PathPartSize];
-    SplitPath(path, nullptr, dir, name, ext, LeadIs81);
-    EXPECT_STREQ("\\dir\\", dir);
-    EXPECT_STREQ("na\x81\\me", name);
-    EXPECT_STREQ(".txt", ext);
-
-    SplitPath(path, nullptr, dir, name, ext);
-    EXPECT_STREQ("\\dir\\na\x81\\", dir) << "without a code page the byte separates";
-    EXPECT_STREQ("me", name);
+    char drive[PathDriveSize], dir[PathPartSize], name[PathPartSize], ext[PathPartSize];
+    if (isLead)
+        SplitPath(path, drive, dir, name, ext, isLead);
+    else
+        SplitPath(path, drive, dir, name, ext);
+    return std::string(drive) + "|" + dir + "|" + name + "|" + ext;
 }
 
-struct MakeCase {
-    const char *Drive, *Directory, *Name, *Extension;
-    const char *Expected;
-};
-
-TEST(PathParts, ComposesLikeTheRuntime)
+TEST(PathParts, SplitsLikeTheRuntime)
 {
-    static const MakeCase cases[] = {
+    static const struct {
+        const char *Path, *Expected;
+    } cases[] = {
+        {"C:\\windows\\system32\\driver.dll", "C:|\\windows\\system32\\|driver|.dll"},
+        {"C:", "C:|||"},
+        {"C:file.txt", "C:||file|.txt"},
+        {"archive.tar.gz", "||archive.tar|.gz"},
+        {"dir.d\\noext", "|dir.d\\|noext|"},
+        {".profile", "|||.profile"},
+        {"name.", "||name|."},
+        {"\\\\server\\share\\file.cab", "|\\\\server\\share\\|file|.cab"},
+        {"a/b\\c.x", "|a/b\\|c|.x"},
+        // 0x81 0x5C is one character whose trail byte has the backslash's value.
+        {"C:\\dir\\na\x81\\me.txt", "C:|\\dir\\na\x81\\|me|.txt"},
+    };
+    for (const auto &c : cases)
+        EXPECT_EQ(c.Expected, Split(c.Path)) << c.Path;
+    EXPECT_EQ("C:|\\dir\\|na\x81\\me|.txt", Split("C:\\dir\\na\x81\\me.txt", LeadIs81));
+
+    // Parts left out are not written; long parts are cut to 255.
+    char dir[PathPartSize] = "untouched", name[PathPartSize], ext[PathPartSize];
+    SplitPath("C:\\a\\b.c", nullptr, nullptr, name, nullptr);
+    EXPECT_STREQ("untouched", dir);
+    std::string path = "C:\\" + std::string(300, 'd') + "\\" + std::string(300, 'n') + "." + std::string(300, 'e');
+    SplitPath(path.c_str(), nullptr, dir, name, ext);
+    EXPECT_EQ(255u, std::strlen(dir));
+    EXPECT_EQ(std::string(255, 'n'), name);
+    EXPECT_EQ("." + std::string(254, 'e'), ext);
+}
+
+TEST(PathParts, ComposesLikeTheRuntimeWithinTheBuffer)
+{
+    static const struct {
+        const char *Drive, *Directory, *Name, *Extension, *Expected;
+    } cases[] = {
         {"C:", "\\windows\\", "notepad", ".exe", "C:\\windows\\notepad.exe"},
         {"C", "\\windows", "notepad", "exe", "C:\\windows\\notepad.exe"},
         {"", "dir/", "f", "", "dir/f"},
         {"", "", "name", ".", "name."},
         {"D:", "", "", "", "D:"},
-        {"", "", "", "", ""},
-        {"", "\\\\server\\share\\", "", "", "\\\\server\\share\\"},
         {nullptr, nullptr, "only", nullptr, "only"},
     };
-    for (const MakeCase &c : cases) {
-        char out[261];
-        size_t n = MakePath(out, sizeof out, c.Drive, c.Directory, c.Name, c.Extension);
-        EXPECT_STREQ(c.Expected, out);
-        EXPECT_EQ(std::strlen(c.Expected), n);
-    }
-}
-
-TEST(PathParts, ComposingStopsAtTheBuffer)
-{
-    std::string dir(255, 'd'), name(255, 'n');
     char out[261];
-    std::memset(out, 'X', sizeof out);
-    size_t n = MakePath(out, sizeof out, "C:", dir.c_str(), name.c_str(), ".ext");
-    EXPECT_EQ(260u, n);
-    EXPECT_EQ(0, out[260]);
-    EXPECT_EQ(std::string("C:") + dir + "\\" + std::string(2, 'n'), out);
-
+    for (const auto &c : cases) {
+        EXPECT_EQ(std::strlen(c.Expected), MakePath(out, sizeof out, c.Drive, c.Directory, c.Name, c.Extension));
+        EXPECT_STREQ(c.Expected, out);
+    }
+    std::string dir(255, 'd'), name(255, 'n');
+    EXPECT_EQ(260u, MakePath(out, sizeof out, "C:", dir.c_str(), name.c_str(), ".ext"));
+    EXPECT_EQ("C:" + dir + "\\nn", out);
     char tiny[4];
     EXPECT_EQ(3u, MakePath(tiny, sizeof tiny, "C:", "\\dir\\", "a", "b"));
     EXPECT_STREQ("C:\\", tiny);
 }
 
-TEST(PathParts, IllegalCharactersAreReplaced)
+TEST(PathParts, IllegalCharactersAndTrailingBackslash)
 {
     static const struct {
         const char *Text;
@@ -129,29 +88,19 @@ TEST(PathParts, IllegalCharactersAreReplaced)
         {"C:\\keep\\colon:and\\backslash", '_', "C:\\keep\\colon:and\\backslash"},
         {"what?", 0, "what_"},
         {"x*y", '-', "x-y"},
-        {"", '_', ""},
     };
+    char text[64];
     for (const auto &c : cases) {
-        char text[64];
         std::strcpy(text, c.Text);
         EXPECT_EQ(text, ReplaceIllegalChars(text, c.Substitute));
         EXPECT_STREQ(c.Expected, text) << c.Text;
     }
     EXPECT_EQ(nullptr, ReplaceIllegalChars(nullptr, '_'));
-}
 
-TEST(PathParts, TrailingBackslash)
-{
     static const struct {
         const char *Text, *Expected;
-    } cases[] = {
-        {"", "\\"},
-        {"C:\\dir", "C:\\dir\\"},
-        {"C:\\dir\\", "C:\\dir\\"},
-        {"dir/", "dir/\\"},
-    };
-    for (const auto &c : cases) {
-        char text[64];
+    } backslashes[] = {{"", "\\"}, {"C:\\dir", "C:\\dir\\"}, {"C:\\dir\\", "C:\\dir\\"}, {"dir/", "dir/\\"}};
+    for (const auto &c : backslashes) {
         std::strcpy(text, c.Text);
         EXPECT_EQ(text, EnsureTrailingBackslash(text));
         EXPECT_STREQ(c.Expected, text) << c.Text;
