@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "registry_support.h"
 #include "test_support.h"
 
 namespace {
@@ -10,86 +11,53 @@ typedef void(CALLBACK *RunDllProc)(HWND, HINSTANCE, const char *, int);
 
 const char DeviceKey[] = "SYSTEM\\TovrelTestDevice";
 
-class VendorInstaller : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        Module = LoadLibraryA((BinaryDirectory() + "tovrel.dll").c_str());
-        ASSERT_NE((HMODULE)NULL, Module);
-        Entry = reinterpret_cast<RunDllProc>(reinterpret_cast<void *>(GetProcAddress(Module, "VendorInstaller")));
-        ASSERT_NE(nullptr, Entry);
-        GetCurrentDirectoryA(sizeof Saved, Saved);
-    }
-    void TearDown() override
-    {
-        SetCurrentDirectoryA(Saved);
+std::string CurrentDirectory()
+{
+    char dir[MAX_PATH] = {0};
+    GetCurrentDirectoryA(sizeof dir, dir);
+    return dir;
+}
+
+// The command text is the device key, then after the first blank the working
+// directory; ConfigFlags becomes four zero bytes whenever the key opened.
+TEST(VendorInstaller, ClearsConfigFlagsAndMovesToTheWorkingDirectory)
+{
+    HMODULE module = LoadLibraryA((BinaryDirectory() + "tovrel.dll").c_str());
+    ASSERT_NE((HMODULE)NULL, module);
+    RunDllProc entry =
+        reinterpret_cast<RunDllProc>(reinterpret_cast<void *>(GetProcAddress(module, "VendorInstaller")));
+    ASSERT_NE(nullptr, entry);
+    CreateDirectoryA("C:\\tovrel vendor work", NULL);
+    const struct {
+        bool Device;
+        const char *Text, *Directory;  // null: the directory stays
+    } cases[] = {
+        {true, "SYSTEM\\TovrelTestDevice C:\\tovrel vendor work", "C:\\tovrel vendor work"},
+        {true, "SYSTEM\\TovrelTestDevice", nullptr},
+        {false, "SYSTEM\\TovrelTestDevice C:\\", "C:\\"},
+    };
+    for (const auto &c : cases) {
         RegDeleteKeyA(HKEY_LOCAL_MACHINE, DeviceKey);
-        if (Module)
-            FreeLibrary(Module);
+        if (c.Device) {
+            HKEY key = NULL;
+            ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExA(HKEY_LOCAL_MACHINE, DeviceKey, 0, NULL, 0, KEY_ALL_ACCESS,
+                                                     NULL, &key, NULL));
+            const DWORD flags = 0x400;
+            RegSetValueExA(key, "DeviceDesc", 0, REG_SZ, reinterpret_cast<const BYTE *>("ACME LASER 2000"), 16);
+            RegSetValueExA(key, "Manufacturer", 0, REG_SZ, reinterpret_cast<const BYTE *>("ACME"), 5);
+            RegSetValueExA(key, "ConfigFlags", 0, REG_DWORD, reinterpret_cast<const BYTE *>(&flags), sizeof flags);
+            RegCloseKey(key);
+        }
+        std::string before = CurrentDirectory();
+        entry(NULL, NULL, c.Text, 1);
+        EXPECT_EQ(c.Directory ? c.Directory : before, CurrentDirectory()) << c.Text;
+        CStoredValue flags = ReadStoredValue(HKEY_LOCAL_MACHINE, DeviceKey, "ConfigFlags");
+        EXPECT_EQ(c.Device ? DWORD(REG_BINARY) : 0u, flags.Type) << c.Text;
+        EXPECT_EQ(c.Device ? std::string(4, '\0') : "", flags.Data) << c.Text;
+        EXPECT_EQ(c.Device, KeyExists(HKEY_LOCAL_MACHINE, DeviceKey)) << "a missing key is not created";
     }
-    void MakeDevice()
-    {
-        HKEY key = NULL;
-        ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExA(HKEY_LOCAL_MACHINE, DeviceKey, 0, NULL, 0, KEY_ALL_ACCESS, NULL,
-                                                 &key, NULL));
-        const char desc[] = "ACME LASER 2000";
-        const char maker[] = "ACME";
-        const DWORD flags = 0x400;
-        RegSetValueExA(key, "DeviceDesc", 0, REG_SZ, reinterpret_cast<const BYTE *>(desc), sizeof desc);
-        RegSetValueExA(key, "Manufacturer", 0, REG_SZ, reinterpret_cast<const BYTE *>(maker), sizeof maker);
-        RegSetValueExA(key, "ConfigFlags", 0, REG_DWORD, reinterpret_cast<const BYTE *>(&flags), sizeof flags);
-        RegCloseKey(key);
-    }
-    // Type and bytes of ConfigFlags; type 0 when absent.
-    std::pair<DWORD, std::string> ConfigFlags(const char *keyPath)
-    {
-        HKEY key = NULL;
-        if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, keyPath, 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS)
-            return {0, ""};
-        char data[16] = {0};
-        DWORD size = sizeof data, type = 0;
-        LONG result = RegQueryValueExA(key, "ConfigFlags", NULL, &type, reinterpret_cast<BYTE *>(data), &size);
-        RegCloseKey(key);
-        return result == ERROR_SUCCESS ? std::make_pair(type, std::string(data, size)) : std::make_pair(0ul, std::string());
-    }
-    std::string CurrentDirectory()
-    {
-        char dir[MAX_PATH] = {0};
-        GetCurrentDirectoryA(sizeof dir, dir);
-        return dir;
-    }
-    HMODULE Module = NULL;
-    RunDllProc Entry = nullptr;
-    char Saved[MAX_PATH] = {0};
-};
-
-TEST_F(VendorInstaller, ClearsConfigFlagsAndMovesToTheWorkingDirectory)
-{
-    MakeDevice();
-    std::string work = "C:\\tovrel vendor work";
-    CreateDirectoryA(work.c_str(), NULL);
-    Entry(NULL, NULL, (std::string(DeviceKey) + " " + work).c_str(), 1);
-    std::pair<DWORD, std::string> flags = ConfigFlags(DeviceKey);
-    EXPECT_EQ(static_cast<DWORD>(REG_BINARY), flags.first);
-    EXPECT_EQ(std::string(4, '\0'), flags.second);
-    EXPECT_EQ(work, CurrentDirectory()) << "everything behind the first blank is the directory";
-}
-
-TEST_F(VendorInstaller, WithoutABlankTheDirectoryStays)
-{
-    MakeDevice();
-    std::string before = CurrentDirectory();
-    Entry(NULL, NULL, DeviceKey, 1);
-    EXPECT_EQ(before, CurrentDirectory());
-    EXPECT_EQ(static_cast<DWORD>(REG_BINARY), ConfigFlags(DeviceKey).first);
-}
-
-TEST_F(VendorInstaller, AMissingDeviceKeyIsNotCreated)
-{
-    Entry(NULL, NULL, "SYSTEM\\TovrelNoSuchDevice C:\\", 1);
-    HKEY key = NULL;
-    EXPECT_NE(ERROR_SUCCESS, RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SYSTEM\\TovrelNoSuchDevice", 0, KEY_READ, &key));
-    EXPECT_EQ("C:\\", CurrentDirectory());
+    RegDeleteKeyA(HKEY_LOCAL_MACHINE, DeviceKey);
+    FreeLibrary(module);
 }
 
 }  // namespace

@@ -5,45 +5,24 @@
 #include <string>
 
 #include "inf/inf_file.h"
-#include "inf/strings.h"
 #include "test_support.h"
 
 namespace {
 
 const char StringsInf[] =
-    "[Strings.0409]\r\n"
-    "Both=\"from 0409\"\r\n"
-    "[Strings]\r\n"
-    "Both=from plain\r\n"
-    "Name=\"Acme Laser\"\r\n"
-    "Empty=\r\n"
-    "Token=%Name%\r\n"
-    "SecName=Sec\r\n"
-    "KeyName=Bare\r\n"
-    "[Strings.0007]\r\n"
-    "German=Deutsch\r\n"
-    "Both=\"from 0007\"\r\n"
-    "[Strings.040C]\r\n"
-    "French=France\r\n"
-    "[Strings.000c]\r\n"
-    "French=Generic French\r\n"
-    "[Sec]\r\n"
-    "\"Acme Laser\"=quoted key\r\n"
-    "Bare=bare\r\n"
-    "EmptyVal=\r\n"
-    "Quoted=\"q\"\r\n"
-    "TokenValue=%Name%\r\n"
-    "Percent=%1%\\file\r\n"
-    "\"Odd\"=odd\r\n"
-    "Closing\"=closing\r\n"
-    "\"Half\"=half\r\n";
+    "[Strings.0409]\r\nBoth=\"from 0409\"\r\n"
+    "[Strings]\r\nBoth=from plain\r\nName=\"Acme Laser\"\r\nEmpty=\r\nToken=%Name%\r\nSecName=Sec\r\n"
+    "[Strings.0007]\r\nGerman=Deutsch\r\nBoth=\"from 0007\"\r\n"
+    "[Strings.040C]\r\nFrench=France\r\n"
+    "[Strings.000c]\r\nFrench=Generic French\r\n"
+    "[Sec]\r\n\"Acme Laser\"=quoted key\r\nBare=bare\r\nEmptyVal=\r\nQuoted=\"q\"\r\nTokenValue=%Name%\r\n"
+    "\"Odd\"=odd\r\nClosing\"=closing\r\n\"Half\"=half\r\n";
 
 // Runs a block under a thread locale and puts the old one back.
 class CThreadLocale {
 public:
-    explicit CThreadLocale(LCID locale) : Saved(GetThreadLocale()) { Ok = SetThreadLocale(locale); }
+    explicit CThreadLocale(LCID locale) : Saved(GetThreadLocale()) { EXPECT_TRUE(SetThreadLocale(locale)); }
     ~CThreadLocale() { SetThreadLocale(Saved); }
-    BOOL Ok;
 
 private:
     LCID Saved;
@@ -59,70 +38,38 @@ protected:
     }
     std::string Path;
     CInfFile Inf;
+    CThreadLocale English{0x0409};
 };
 
-TEST(StringsSections, FormedFromTheLocaleInLowerCaseHex)
+TEST_F(Strings, ExpandTokenFromTheStoreAndThroughTheProfileCalls)
 {
-    const struct {
-        unsigned long Locale;
-        const char *First, *Second;
-    } cases[] = {
-        {0x0409, "Strings.0409", "Strings.0009"},
-        {0x0c0c, "Strings.0c0c", "Strings.000c"},
-        {0x0407, "Strings.0407", "Strings.0007"},
-        {0x0007, "Strings.0007", "Strings.0007"},
-        {0x10407, "Strings.10407", "Strings.0007"},  // a sort id widens the first name
-    };
-    for (const auto &c : cases) {
-        CBoundedString names[StringsSectionCount];
-        FormStringsSections(c.Locale, names);
-        EXPECT_STREQ(c.First, names[0].Text) << std::hex << c.Locale;
-        EXPECT_STREQ(c.Second, names[1].Text) << std::hex << c.Locale;
-        EXPECT_STREQ("Strings", names[2].Text);
-    }
-}
-
-TEST_F(Strings, ExpandTokenFromTheStore)
-{
-    CThreadLocale english(0x0409);
-    ASSERT_TRUE(english.Ok);
     const struct {
         const char *Text, *Out;
-        bool Resolved;
+        int Store, Profile;  // results; the profile call counts the characters copied
     } cases[] = {
-        {"%Name%", "Acme Laser", true},
-        {"%Both%", "from 0409", true},  // Strings.0409 before Strings
-        {"%%Name%%", "Acme Laser", true},
-        {"%Empty%", "%Empty%", true},  // found, with the token as its text
-        {"%Token%", "%Name%", true},    // resolved once only
-        {"%Missing%", "%Missing%", false},
-        {"%", "%", false},
-        {"%%", "%%", false},
-        {"100%", "100%", false},
-        {"%d", "%d", false},
-        {"%1%\\file", "%1%\\file", false},
-        {"\"%Name%\"", "\"%Name%\"", false},
-        {"plain", "plain", false},
+        {"%Name%", "Acme Laser", 1, 10},
+        {"%Both%", "from 0409", 1, 9},        // Strings.0409 before Strings
+        {"%%Name%%", "Acme Laser", 1, 10},
+        {"%Empty%", "%Empty%", 1, 0},          // the store finds it, the profile call does not
+        {"%Token%", "%Name%", 1, 6},           // resolved once only
+        {"%Missing%", "%Missing%", 0, 0},
+        {"%", "%", 0, 0},
+        {"100%", "100%", 0, 0},
+        {"\"%Name%\"", "\"%Name%\"", 0, 0},
     };
+    CInfFile unloaded;  // read by the system, not from a store
     for (const auto &c : cases) {
-        char out[260] = "junk";
-        int result = Inf.ExpandToken(c.Text, out, nullptr);
-        EXPECT_EQ(c.Resolved, result != 0) << c.Text;
+        char out[260] = "junk", viaProfile[260] = "junk";
+        EXPECT_EQ(c.Store, Inf.ExpandToken(c.Text, out, nullptr) != 0) << c.Text;
         EXPECT_STREQ(c.Out, out) << c.Text;
+        EXPECT_EQ(c.Profile, unloaded.ExpandToken(c.Text, viaProfile, Path.c_str())) << c.Text;
+        EXPECT_STREQ(c.Out, viaProfile) << c.Text;
     }
-
-    char out[260] = "keep";
-    EXPECT_EQ(0, Inf.ExpandToken("", out, nullptr));
-    EXPECT_EQ(0, Inf.ExpandToken(nullptr, out, nullptr));
-    EXPECT_STREQ("keep", out);
-    EXPECT_EQ(0, Inf.ExpandToken("%Name%", nullptr, nullptr));
-}
-
-TEST_F(Strings, ExpandTokenInPlace)
-{
-    CThreadLocale english(0x0409);
     char text[260] = "%Name%";
     EXPECT_NE(0, Inf.ExpandToken(text, text, nullptr));
+    EXPECT_STREQ("Acme Laser", text) << "in place";
+    EXPECT_EQ(0, Inf.ExpandToken(nullptr, text, nullptr));
+    EXPECT_EQ(0, Inf.ExpandToken("%Name%", nullptr, nullptr));
     EXPECT_STREQ("Acme Laser", text);
 }
 
@@ -132,7 +79,7 @@ TEST_F(Strings, ExpandTokenFollowsTheThreadLocale)
         LCID Locale;
         const char *Text, *Out;
     } cases[] = {
-        {0x0407, "%German%", "Deutsch"},  // only the primary-language section has it
+        {0x0407, "%German%", "Deutsch"},  // only the primary-language section, Strings.0007, has it
         {0x0407, "%Both%", "from 0007"},
         {0x040c, "%French%", "France"},  // [Strings.040C] is found as Strings.040c
         {0x0c0c, "%French%", "Generic French"},
@@ -141,47 +88,18 @@ TEST_F(Strings, ExpandTokenFollowsTheThreadLocale)
     };
     for (const auto &c : cases) {
         CThreadLocale locale(c.Locale);
-        ASSERT_TRUE(locale.Ok) << std::hex << c.Locale;
-        ASSERT_EQ(c.Locale, GetThreadLocale());
         char out[260] = "";
         Inf.ExpandToken(c.Text, out, nullptr);
         EXPECT_STREQ(c.Out, out) << std::hex << c.Locale << " " << c.Text;
     }
 }
 
-TEST_F(Strings, ExpandTokenThroughTheProfileCalls)
-{
-    CThreadLocale english(0x0409);
-    CInfFile unloaded;  // the file is read by the system, not from a store
-    const struct {
-        const char *Text, *Out;
-        int Result;
-    } cases[] = {
-        {"%Name%", "Acme Laser", 10},  // the number of characters copied
-        {"%Both%", "from 0409", 9},
-        {"%Empty%", "%Empty%", 0},  // an empty entry counts as absent
-        {"%Missing%", "%Missing%", 0},
-        {"%", "%", 0},
-        {"text", "text", 0},
-    };
-    for (const auto &c : cases) {
-        char out[260] = "junk";
-        EXPECT_EQ(c.Result, unloaded.ExpandToken(c.Text, out, Path.c_str())) << c.Text;
-        EXPECT_STREQ(c.Out, out) << c.Text;
-    }
-    char out[260] = "";
-    EXPECT_EQ(0, unloaded.ExpandToken("%Name%", out, (ScratchDirectory() + "absent.inf").c_str()));
-    EXPECT_STREQ("%Name%", out);
-}
-
 TEST_F(Strings, GetValue)
 {
-    CThreadLocale english(0x0409);
     const struct {
         const char *Section, *Key, *Default, *Out;
         int Result;
     } cases[] = {
-        {"Sec", "Bare", "", "bare", 1},
         {"sec", "BARE", nullptr, "bare", 1},
         {"Sec", "Acme Laser", "", "quoted key", 1},  // unquoted key finds the quoted line
         {"Sec", "\"Bare\"", "", "bare", 1},          // and the reverse
@@ -190,51 +108,39 @@ TEST_F(Strings, GetValue)
         {"Sec", "Closing\"", "", "closing", 1},
         {"Sec", "Quoted", "", "\"q\"", 1},  // a value keeps its quotes
         {"Sec", "TokenValue", "", "Acme Laser", 1},
-        {"Sec", "Percent", "", "%1%\\file", 1},
-        {"%SecName%", "%KeyName%", "", "bare", 1},
+        {"%SecName%", "Bare", "", "bare", 1},
         {"Sec", "EmptyVal", "", "keep", 1},  // found, and out untouched
         {"Sec", "EmptyVal", "dflt", "dflt", 1},
-        {"Sec", "Missing", "dflt", "dflt", 0},
         {"Sec", "Missing", "%Name%", "Acme Laser", 0},  // the default is expanded too
-        {"Sec", "Missing", "", "keep", 0},
         {"Nowhere", "Bare", nullptr, "keep", 0},
         {"", "Bare", "dflt", "keep", 0},
-        {"Sec", "", "dflt", "keep", 0},
-        {nullptr, "Bare", "dflt", "keep", 0},
         {"Sec", nullptr, "dflt", "keep", 0},
         {"Sec", "\"", "dflt", "dflt", 0},
     };
     for (const auto &c : cases) {
         char out[260] = "keep";
-        EXPECT_EQ(c.Result, Inf.GetValue(c.Section, c.Key, out, c.Default))
-            << (c.Section ? c.Section : "(null)") << "/" << (c.Key ? c.Key : "(null)");
-        EXPECT_STREQ(c.Out, out) << (c.Section ? c.Section : "(null)") << "/" << (c.Key ? c.Key : "(null)");
+        std::string label = std::string(c.Section) + "/" + (c.Key ? c.Key : "(null)");
+        EXPECT_EQ(c.Result, Inf.GetValue(c.Section, c.Key, out, c.Default)) << label;
+        EXPECT_STREQ(c.Out, out) << label;
     }
-    EXPECT_EQ(0, Inf.GetValue("Sec", "Bare", nullptr, ""));
 }
 
 TEST_F(Strings, NamesAndValuesOfAnyLength)
 {
-    CThreadLocale english(0x0409);
     std::string longName(5000, 'k');
     std::string token = "%" + std::string(400, 'n') + "%";
     char out[260] = "keep";
     EXPECT_EQ(0, Inf.GetValue(longName.c_str(), longName.c_str(), out, longName.c_str()));
     EXPECT_EQ(259u, strlen(out));
-    EXPECT_EQ(0, Inf.ExpandToken(token.c_str(), out, nullptr));
-    EXPECT_EQ(259u, strlen(out));
     EXPECT_EQ(0, Inf.ExpandToken(token.c_str(), out, Path.c_str()));
     EXPECT_EQ(259u, strlen(out));
 
-    // A value that fills the whole buffer comes back whole and terminated.
     std::string path = ScratchDirectory() + "long.inf";
-    std::string value(300, 'v');
-    WriteText(path, "[Strings]\r\nLong=" + value + "\r\n[S]\r\nk=%Long%\r\n");
-    CInfFile inf;
+    WriteText(path, "[Strings]\r\nLong=" + std::string(300, 'v') + "\r\n[S]\r\nk=%Long%\r\n");
+    CInfFile inf, unloaded;
     ASSERT_EQ(1, inf.Load(path.c_str()));
     EXPECT_EQ(1, inf.GetValue("S", "k", out, ""));
     EXPECT_EQ(std::string(259, 'v'), out);
-    CInfFile unloaded;
     EXPECT_EQ(259, unloaded.ExpandToken("%Long%", out, path.c_str()));
     EXPECT_EQ(std::string(259, 'v'), out);
 }
@@ -242,9 +148,8 @@ TEST_F(Strings, NamesAndValuesOfAnyLength)
 TEST(StringsWide, ASixteenBitFileIsEmptyToTheStoreButReadByTheProfileCalls)
 {
     std::string path = ScratchDirectory() + "wide.inf";
-    const char narrow[] = "[Strings]\r\nName=Wide\r\n[S]\r\nk=%Name%\r\n";
     std::string bytes("\xff\xfe", 2);
-    for (const char *p = narrow; *p; ++p)
+    for (const char *p = "[Strings]\r\nName=Wide\r\n[S]\r\nk=%Name%\r\n"; *p; ++p)
         bytes += std::string(1, *p) + '\0';
     WriteBytes(path, bytes.data(), bytes.size());
     CInfFile inf;
@@ -252,11 +157,8 @@ TEST(StringsWide, ASixteenBitFileIsEmptyToTheStoreButReadByTheProfileCalls)
     char out[260] = "keep";
     EXPECT_EQ(0, inf.GetValue("S", "k", out, ""));
     EXPECT_STREQ("keep", out);
-
-    // The system's profile reader does know 16-bit text.
-    char resolved[260] = "";
-    EXPECT_EQ(4, inf.ExpandToken("%Name%", resolved, path.c_str()));
-    EXPECT_STREQ("Wide", resolved);
+    EXPECT_EQ(4, inf.ExpandToken("%Name%", out, path.c_str()));
+    EXPECT_STREQ("Wide", out);
 }
 
 // Registered a second time with LC_ALL=de_DE.UTF-8, where Wine starts the
