@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The main job: installs the demonstration printer INF into a private Wine
-# prefix through tovrel.dll's Repair, then shows what the install left behind.
+# prefix through RunDll32 and tovrel.dll's Repair_RunDll, repairs it once
+# more through Repair, then shows what the install left behind.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -8,9 +9,10 @@ scripts/setup.sh >/dev/null
 . scripts/wine-env.sh
 arch=$TOVREL_WINE_ARCH
 
-echo "== building tovrel.dll ($arch)"
+echo "== building tovrel.dll and the fixture files ($arch)"
 cmake --preset "$arch" >/dev/null
-cmake --build --preset "$arch" --target tovrel repair_cli >/dev/null
+cmake --build --preset "$arch" --target tovrel repair_cli selfreg_a versioned_2_0_0_0 tovrel_monitor \
+    fixture_service >/dev/null
 
 scripts/wine-prefix.sh winxp
 root=$(tovrel_wine_root)
@@ -20,17 +22,58 @@ rm -rf "$job"
 cp -a "$root/templates/$arch-winxp" "$job"
 export HOME="$job/home" WINEPREFIX="$job/prefix"
 trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
+wine() { "$TOVREL_WINE" "$@" 2>/dev/null | tr -d '\r'; }
+query() { wine reg query "$@" | grep -v '^$' || echo "(none)"; }
 
-mkdir -p "$WINEPREFIX/drive_c/demo"
-cp -r tests/fixtures/demo/. "$WINEPREFIX/drive_c/demo/"
 bin="build/$arch/bin"
+c="$WINEPREFIX/drive_c"
+if [ "$arch" = win64 ]; then env_name="Windows x64" env_dir=x64; else env_name="Windows NT x86" env_dir=w32x86; fi
+drivers="$c/windows/system32/spool/drivers/$env_dir"
+mkdir -p "$c/demo" "$drivers" "$job/cab"
+cp tests/fixtures/demo/plenarc.inf "$bin/tovrel.dll" "$bin/repair_cli.exe" "$c/demo/"
 
-echo "== Repair(C:\\demo\\plenarc.inf, Halvern, Plenarc Demo 600, Plenarc Demo)"
-WINEDEBUG=-all,+debugstr "$TOVREL_WINE" "$bin/repair_cli.exe" 'C:\demo\plenarc.inf' Halvern 'Plenarc Demo 600' 'Plenarc Demo' 2>&1 \
-    | sed -n 's/.*OutputDebugStringA "\(.*\)"$/debug output: \1/p; /^Repair/p; /repair_cli/p'
+# The cabinet that the INF takes from the driver directory: the driver's
+# files (text, so that the spooler loads none of them) and the fixture
+# libraries and service program of the build under the INF's names.
+cd "$job/cab"
+printf '[Plenarc Demo 600]\r\nInstallINF=C:\\demo\\plenarc.inf\r\n' >PLENARC.PPD
+for f in PLENARC.DRV PLENARCU.CFG PLENARC.HLP; do printf 'Plenarc demo %s\r\n' "$f" >"$f"; done
+cp "$OLDPWD/$bin/selfreg_a.dll" plenreg.dll
+cp "$OLDPWD/$bin/versioned_2_0_0_0.dll" plenver.dll
+cp "$OLDPWD/$bin/tovrel_monitor.dll" tovrel_monitor.dll
+cp "$OLDPWD/$bin/fixture_service.exe" plensvc.exe
+wine cabarc -m mszip N PLENARC.CAB ./* >/dev/null
+mv PLENARC.CAB "$drivers/"
+cd "$OLDPWD"
+echo "== PLENARC.CAB in the driver directory: $(ls "$job/cab" | tr '\n' ' ')"
 
-echo "== uninstall record"
-"$TOVREL_WINE" reg query 'HKLM\SOFTWARE\Halvern\Plenarc\6.0\Uninstall Data' /s 2>/dev/null | tr -d '\r' || echo "(none)"
-echo "== printers in the spooler"
-"$TOVREL_WINE" reg query 'HKLM\System\CurrentControlSet\Control\Print\Printers' 2>/dev/null | tr -d '\r' | grep -v '^$' || echo "(none)"
+echo "== rundll32.exe C:\\demo\\tovrel.dll,Repair_RunDll /INF C:\\demo\\plenarc.inf /MFG Halvern /DRV \"Plenarc Demo 600\" /NAME \"Plenarc Demo\""
+WINEDEBUG=-all,+debugstr "$TOVREL_WINE" rundll32.exe 'C:\demo\tovrel.dll,Repair_RunDll' /INF 'C:\demo\plenarc.inf' \
+    /MFG Halvern /DRV "Plenarc Demo 600" /NAME "Plenarc Demo" >"$job/rundll.log" 2>&1 || true
+debug=$(sed -n 's/.*OutputDebugStringA "\(.*\)"$/debug output: \1/p' "$job/rundll.log")
+echo "${debug:-debug output: none (Open accepted the INF; no stage reports)}"
+
+echo "== a second Repair over it (repair_cli)"
+(cd "$c/demo" && "$TOVREL_WINE" repair_cli.exe 'C:\demo\plenarc.inf' Halvern 'Plenarc Demo 600' 'Plenarc Demo' 2>/dev/null | tr -d '\r')
+
+echo "== the printer in the spooler"
+query 'HKLM\System\CurrentControlSet\Control\Print\Printers\Plenarc Demo' /s
+echo "== the driver in the spooler"
+query "HKLM\\System\\CurrentControlSet\\Control\\Print\\Environments\\$env_name\\Drivers\\Version-3\\Plenarc Demo 600"
+echo "== the language monitor"
+query 'HKLM\System\CurrentControlSet\Control\Print\Monitors\Plenarc Demo Monitor'
+echo "== files put in place (system directory, driver directory version 3)"
+for f in "$job"/cab/*; do
+    n=$(basename "$f")
+    echo "$n: $( [ -f "$c/windows/system32/$n" ] && echo system32 ) $( [ -f "$drivers/3/$n" ] && echo "$env_dir\\3" )"
+done
+echo "== the AddReg line and the self-registration"
+query 'HKLM\Software\Halvern\Plenarc Demo'
+query 'HKCU\Software\Tovrel Tests\Self Registration'
+echo "== the program group"
+find "$c/users" -path '*Plenarc Demo*' -name '*.lnk' -printf '%P\n' 2>/dev/null || true
+echo "== the service"
+query 'HKLM\System\CurrentControlSet\Services\PlenarcDemo'
+echo "== the uninstall tree"
+query 'HKLM\SOFTWARE\Halvern\Plenarc\6.0\Uninstall Data' /s
 echo "== prefix kept in $WINEPREFIX"
