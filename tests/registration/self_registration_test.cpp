@@ -45,9 +45,15 @@ protected:
         EXPECT_TRUE(CopyFileA((BinaryDirectory() + fixture).c_str(), target.c_str(), FALSE)) << target;
         return target;
     }
-    std::string RanFrom(const char *name) { return Lower(ReadStoredValue(HKEY_CURRENT_USER, Marker, name).Data.c_str()); }
+    std::string RanFrom(const char *name)
+    {
+        return Lower(ReadStoredValue(HKEY_CURRENT_USER, Marker, name).Data.c_str());
+    }
     std::string Order() { return ReadStoredValue(HKEY_CURRENT_USER, Marker, "Order").Data.c_str(); }
-    std::string Recorded(const char *name) { return ReadStoredValue(HKEY_LOCAL_MACHINE, Unregister, name).Data.c_str(); }
+    std::string Recorded(const char *name)
+    {
+        return ReadStoredValue(HKEY_LOCAL_MACHINE, Unregister, name).Data.c_str();
+    }
     std::string Scratch = ScratchDirectory();
     CPrinterInf Printer;
 };

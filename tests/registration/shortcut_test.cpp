@@ -95,7 +95,8 @@ protected:
 
 TEST_F(AddProgramGroupTest, EveryFieldReachesTheLink)
 {
-    EXPECT_EQ(1, Run("70010, My Group ,Acme Tool,70011,bin,tool.exe,/x /y,70012,sub,3,70011,icons,tool.ico,2,1601\r\n"));
+    EXPECT_EQ(1, Run("70010, My Group ,Acme Tool,70011,bin,tool.exe,/x /y,70012,sub,3,70011,icons,tool.ico,2,"
+                     "1601\r\n"));
     CLoadedLink link = LoadLink(Scratch + "groups\\My Group\\Acme Tool.lnk");
     ASSERT_TRUE(link.Loaded);
     EXPECT_EQ("Acme Tool", link.Description);
@@ -127,8 +128,11 @@ TEST_F(AddProgramGroupTest, TokensAreTextFieldsOnlyAndTheTargetDirectoryIsTheDef
 
 TEST_F(AddProgramGroupTest, ShortLinesUnknownRootsAndMissingGroupLevels)
 {
-    const char *lines[] = {",Tovrel Group,Plain", "424242,Tovrel Group,Readme.txt", "70010,,Root Only,70011,bin,tool.exe",
-                           "70010,,Root Only,70011,,tok.exe", "70010,Missing\\Deeper,Lost,70011,bin,tool.exe",
+    const char *lines[] = {",Tovrel Group,Plain",
+                           "424242,Tovrel Group,Readme.txt",
+                           "70010,,Root Only,70011,bin,tool.exe",
+                           "70010,,Root Only,70011,,tok.exe",
+                           "70010,Missing\\Deeper,Lost,70011,bin,tool.exe",
                            "70010,Made,Kept,70011,bin,tool.exe"};
     std::string text;
     for (const char *line : lines)
