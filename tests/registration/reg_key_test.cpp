@@ -7,159 +7,99 @@
 
 namespace {
 
-const char TestRoot[] = "Software\\TovrelTests\\RegKey";
+const std::string Path = "Software\\TovrelTests\\RegKey";
 
-class RegKeyTest : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        DeleteKeyTree(HKEY_CURRENT_USER, TestRoot);
-        Path = std::string(TestRoot) + "\\" + ::testing::UnitTest::GetInstance()->current_test_info()->name();
-    }
-    void TearDown() override { DeleteKeyTree(HKEY_CURRENT_USER, TestRoot); }
-    std::string Path;
-};
-
-TEST_F(RegKeyTest, CreateMakesEveryLevelAndOpenFindsIt)
+TEST(RegKey, OpensCreatesAndRefusesWithTheLastStatus)
 {
+    DeleteKeyTree(HKEY_CURRENT_USER, Path);
     CRegKey key;
-    EXPECT_FALSE(key.IsOpen());
-    EXPECT_EQ(0, key.Status);
-    std::string deep = Path + "\\a\\b\\c";
-    ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, deep.c_str()));
-    EXPECT_EQ(ERROR_SUCCESS, key.Status);
-    EXPECT_TRUE(KeyExists(HKEY_CURRENT_USER, deep));
-
-    CRegKey again;
-    EXPECT_TRUE(again.Open(HKEY_CURRENT_USER, deep.c_str()));
-    EXPECT_TRUE(again.Create(HKEY_CURRENT_USER, deep.c_str())) << "an existing key is opened";
-}
-
-TEST_F(RegKeyTest, AFailedOpenOrCreateLeavesNoKey)
-{
-    CRegKey key;
-    ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, Path.c_str()));
-    EXPECT_FALSE(key.Open(HKEY_CURRENT_USER, (Path + "\\missing").c_str()));
+    EXPECT_FALSE(key.Open(HKEY_CURRENT_USER, Path.c_str()));
     EXPECT_EQ(ERROR_FILE_NOT_FOUND, key.Status);
-    EXPECT_FALSE(key.IsOpen());
-    EXPECT_EQ(NULL, key.Handle());
-
-    // With no key open, reads and writes refuse and keep the last status.
     DWORD type = 0, size = 4;
     BYTE data[4];
-    EXPECT_FALSE(key.SetString("v", "text", -1));
+    EXPECT_FALSE(key.SetString("v", "text", -1)) << "no key open";
     EXPECT_FALSE(key.QueryValue("v", &type, data, &size));
     EXPECT_EQ(ERROR_FILE_NOT_FOUND, key.Status);
-
-    ASSERT_TRUE(key.Open(HKEY_CURRENT_USER, Path.c_str()));
+    ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, (Path + "\\a\\b").c_str())) << "every level is made";
+    EXPECT_TRUE(key.Create(HKEY_CURRENT_USER, (Path + "\\a\\b").c_str())) << "an existing key is opened";
+    EXPECT_TRUE(key.Open(HKEY_CURRENT_USER, (Path + "\\a").c_str()));
     EXPECT_FALSE(key.Create(reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(0x1234)), "x"));
-    EXPECT_NE(ERROR_SUCCESS, key.Status);
-    EXPECT_FALSE(key.IsOpen());
+    EXPECT_FALSE(key.IsOpen()) << "a failed create closes what was open";
+    EXPECT_EQ((HKEY)NULL, key.Handle());
 }
 
-TEST_F(RegKeyTest, SetStringStoresTheTextWithoutCountingItsNul)
+TEST(RegKey, SetStringStoresTheTextAndQueryValueReadsIt)
 {
     CRegKey key;
     ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, Path.c_str()));
-    ASSERT_TRUE(key.SetString("whole", "abc", -1));
-    ASSERT_TRUE(key.SetString("cut", "abcdef", 3));
-    ASSERT_TRUE(key.SetString("empty", "", -1));
-    ASSERT_TRUE(key.SetString(nullptr, "default", -1));
-
-    // The NT family adds the NUL itself when the byte after the counted text
-    // is one, and stores an empty text with size 0.
-    CStoredValue whole = ReadStoredValue(HKEY_CURRENT_USER, Path, "whole");
-    EXPECT_EQ(DWORD(REG_SZ), whole.Type);
-    EXPECT_EQ(std::string("abc\0", 4), whole.Data);
-    EXPECT_EQ(std::string("abc"), ReadStoredValue(HKEY_CURRENT_USER, Path, "cut").Data);
-    CStoredValue empty = ReadStoredValue(HKEY_CURRENT_USER, Path, "empty");
-    EXPECT_TRUE(empty.Exists);
-    EXPECT_EQ(0u, empty.Data.size());
-    EXPECT_EQ(std::string("default\0", 8), ReadStoredValue(HKEY_CURRENT_USER, Path, "").Data);
-
-    DWORD type = 0, size = 16;
-    char data[16] = {0};
-    EXPECT_TRUE(key.QueryValue("whole", &type, reinterpret_cast<BYTE *>(data), &size));
-    EXPECT_EQ(DWORD(REG_SZ), type);
-    EXPECT_EQ(4u, size);
-    EXPECT_STREQ("abc", data);
-    size = 2;
-    EXPECT_FALSE(key.QueryValue("whole", &type, reinterpret_cast<BYTE *>(data), &size));
-    EXPECT_EQ(ERROR_MORE_DATA, key.Status);
-    size = 16;
-    EXPECT_FALSE(key.QueryValue("absent", &type, reinterpret_cast<BYTE *>(data), &size));
-    EXPECT_EQ(ERROR_FILE_NOT_FOUND, key.Status);
-}
-
-TEST_F(RegKeyTest, EnumValueNamesPacksWhatFits)
-{
-    CRegKey key;
-    ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, Path.c_str()));
-    // Created in sorted order: Wine lists values sorted, Windows by creation.
-    ASSERT_TRUE(key.SetString("a", "1", -1));
-    ASSERT_TRUE(key.SetString("bb", "1", -1));
-    ASSERT_TRUE(key.SetString("ccc", "1", -1));
-
+    // NT adds the NUL itself when the byte after the counted text is one,
+    // and stores an empty text with size 0.
     const struct {
-        DWORD Size;
-        DWORD Used, Count;
-        const char *Names;  // with the closing NUL
-        size_t NamesSize;
-    } cases[] = {
-        {100, 9, 3, "a\0bb\0ccc\0", 10},
-        {9, 9, 3, "a\0bb\0ccc\0", 10},
-        {8, 5, 2, "a\0bb\0", 6},
-        {5, 5, 2, "a\0bb\0", 6},
-        {2, 2, 1, "a\0", 3},
-        {1, 0, 0, "", 1},  // the first name does not fit: still a success
-        {0, 0, 0, "", 1},
-    };
+        const char *Name, *Text;
+        int Length;
+        std::string Stored;
+    } cases[] = {{"whole", "abc", -1, std::string("abc", 4)},
+                 {"cut", "abcdef", 3, "abc"},
+                 {"empty", "", -1, ""},
+                 {nullptr, "default", -1, std::string("default", 8)}};
     for (const auto &c : cases) {
-        char buffer[128];
-        memset(buffer, 'x', sizeof buffer);
-        DWORD size = c.Size, count = 77;
-        EXPECT_TRUE(key.EnumValueNames(buffer, &size, &count)) << c.Size;
-        EXPECT_EQ(c.Used, size) << c.Size;
-        EXPECT_EQ(c.Count, count) << c.Size;
-        EXPECT_EQ(std::string(c.Names, c.NamesSize), std::string(buffer, c.NamesSize)) << c.Size;
-        EXPECT_EQ('x', buffer[c.NamesSize]) << "nothing written past the closing NUL, size " << c.Size;
+        ASSERT_TRUE(key.SetString(c.Name, c.Text, c.Length)) << c.Text;
+        CStoredValue value = ReadStoredValue(HKEY_CURRENT_USER, Path, c.Name ? c.Name : "");
+        EXPECT_EQ(static_cast<DWORD>(REG_SZ), value.Type) << c.Text;
+        EXPECT_EQ(c.Stored, value.Data) << c.Text;
+    }
+    const struct {
+        const char *Name;
+        DWORD Size;
+        bool Read;
+        LONG Status;
+    } reads[] = {{"whole", 16, true, ERROR_SUCCESS}, {"whole", 2, false, ERROR_MORE_DATA},
+                 {"absent", 16, false, ERROR_FILE_NOT_FOUND}};
+    for (const auto &r : reads) {
+        DWORD type = 0, size = r.Size;
+        char data[16] = {0};
+        EXPECT_EQ(r.Read, key.QueryValue(r.Name, &type, reinterpret_cast<BYTE *>(data), &size)) << r.Size;
+        EXPECT_EQ(r.Status, key.Status) << r.Name << r.Size;
     }
 }
 
-TEST_F(RegKeyTest, EnumValueNamesOnAnEmptyOrNoKeyFails)
+TEST(RegKey, EnumValueNamesPacksWhatFits)
 {
-    char buffer[16] = "untouched";
-    DWORD size = 10, count = 5;
-    CRegKey closed;
-    EXPECT_FALSE(closed.EnumValueNames(buffer, &size, &count));
-    EXPECT_EQ(0u, count);
-    EXPECT_EQ(10u, size);
-
+    DeleteKeyTree(HKEY_CURRENT_USER, Path + "\\Enum");
     CRegKey key;
-    ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, Path.c_str()));
-    count = 5;
-    EXPECT_FALSE(key.EnumValueNames(buffer, &size, &count));
-    EXPECT_EQ(ERROR_NO_MORE_ITEMS, key.Status);
+    ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, (Path + "\\Enum").c_str()));
+    char buffer[128] = "untouched";
+    DWORD size = 10, count = 5;
+    EXPECT_FALSE(key.EnumValueNames(buffer, &size, &count)) << "an empty key";
     EXPECT_EQ(0u, count);
     EXPECT_EQ(10u, size);
     EXPECT_STREQ("untouched", buffer);
-
-    EXPECT_FALSE(key.EnumValueNames(nullptr, &size, &count));
-    EXPECT_FALSE(key.EnumValueNames(buffer, nullptr, &count));
-    EXPECT_FALSE(key.EnumValueNames(buffer, &size, nullptr));
-}
-
-TEST_F(RegKeyTest, EnumValueNamesStopsAtANameOrDataBeyondItsBuffers)
-{
-    CRegKey key;
-    ASSERT_TRUE(key.Create(HKEY_CURRENT_USER, Path.c_str()));
-    ASSERT_TRUE(key.SetString("a", "1", -1));
-    ASSERT_TRUE(key.SetString("b", std::string(300, 'd').c_str(), -1));
-    ASSERT_TRUE(key.SetString("c", "1", -1));
-    char buffer[64];
-    DWORD size = 60, count = 0;
+    // Created in sorted order: Wine lists values sorted, Windows by creation.
+    for (const char *name : {"a", "bb", "ccc"})
+        ASSERT_TRUE(key.SetString(name, "1", -1));
+    const struct {
+        DWORD Size, Used, Count;
+        std::string Names;  // with the closing NUL
+    } cases[] = {
+        {100, 9, 3, std::string("a\0bb\0ccc\0", 10)},
+        {8, 5, 2, std::string("a\0bb\0", 6)},
+        {2, 2, 1, std::string("a\0", 3)},
+        {0, 0, 0, std::string("", 1)},  // the first name does not fit: still a success
+    };
+    for (const auto &c : cases) {
+        memset(buffer, 'x', sizeof buffer);
+        size = c.Size;
+        count = 77;
+        EXPECT_TRUE(key.EnumValueNames(buffer, &size, &count)) << c.Size;
+        EXPECT_EQ(c.Used, size) << c.Size;
+        EXPECT_EQ(c.Count, count) << c.Size;
+        EXPECT_EQ(c.Names + 'x', std::string(buffer, c.Names.size() + 1)) << "nothing past the NUL, " << c.Size;
+    }
+    // Data beyond the reading buffer ends the listing there.
+    ASSERT_TRUE(key.SetString("bbb", std::string(300, 'd').c_str(), -1));
+    size = 60;
     EXPECT_TRUE(key.EnumValueNames(buffer, &size, &count));
-    EXPECT_EQ(1u, count);
+    EXPECT_EQ(2u, count);
     EXPECT_EQ(ERROR_MORE_DATA, key.Status);
 }
 

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "entry/printer_inf.h"
 #include "registry_support.h"
@@ -18,55 +17,52 @@ std::string Lower(std::string text)
     return text;
 }
 
+// The fixture libraries note in the registry the order of their
+// DllRegisterServer calls and, under their own name, where they ran from.
 class RegisterFilesTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        Clean();
-        Scratch = ScratchDirectory();
-    }
-    void TearDown() override { Clean(); }
-    void Clean()
-    {
         DeleteKeyTree(HKEY_CURRENT_USER, "Software\\Tovrel Tests");
-        DeleteKeyTree(HKEY_LOCAL_MACHINE, "SOFTWARE\\Halvern\\Plenarc\\6.0\\Uninstall Data");
+        DeleteKeyTree(HKEY_LOCAL_MACHINE, Unregister);
     }
-    void Load(const std::string &registerFiles)
+    int Run(const std::string &registerFiles) { return Run(Printer, registerFiles, "Install"); }
+    int Run(CPrinterInf &printer, const std::string &registerFiles, const char *installSection)
     {
         std::string path = Scratch + "selfreg.inf";
         WriteText(path, "[Version]\r\nClass=Printer\r\n[Install]\r\nRegisterFiles=" + registerFiles +
                             "\r\n[Strings]\r\nSecond=selfreg_b.dll\r\n");
-        ASSERT_TRUE(Printer.Load(path.c_str()));
-        Printer.Model = CBoundedString("Acme Laser");
-        Printer.InstallSection = CBoundedString("Install");
+        EXPECT_TRUE(printer.Load(path.c_str()));
+        printer.Model = CBoundedString("Acme Laser");
+        printer.InstallSection = CBoundedString(installSection);
+        return printer.RegisterFiles();
     }
     // A copy of a fixture library under another name, in a directory of the scratch.
     std::string Place(const char *fixture, const std::string &directory, const char *name)
     {
-        std::string folder = Scratch + directory + "\\";
-        CreateDirectoryA(folder.c_str(), NULL);
-        std::string target = folder + name;
+        CreateDirectoryA((Scratch + directory).c_str(), NULL);
+        std::string target = Scratch + directory + "\\" + name;
         EXPECT_TRUE(CopyFileA((BinaryDirectory() + fixture).c_str(), target.c_str(), FALSE)) << target;
         return target;
     }
-    // Where DllRegisterServer of that file ran from, empty if it didn't run.
-    std::string RegisteredFrom(const char *name)
+    std::string RanFrom(const char *name)
     {
-        CStoredValue value = ReadStoredValue(HKEY_CURRENT_USER, Marker, name);
-        return value.Exists ? Lower(value.Data.c_str()) : std::string();
+        return Lower(ReadStoredValue(HKEY_CURRENT_USER, Marker, name).Data.c_str());
     }
     std::string Order() { return ReadStoredValue(HKEY_CURRENT_USER, Marker, "Order").Data.c_str(); }
     std::string Recorded(const char *name)
     {
-        CStoredValue value = ReadStoredValue(HKEY_LOCAL_MACHINE, Unregister, name);
-        return value.Exists ? value.Data.c_str() : "(none)";
+        return ReadStoredValue(HKEY_LOCAL_MACHINE, Unregister, name).Data.c_str();
     }
-    std::string Scratch;
+    std::string Scratch = ScratchDirectory();
     CPrinterInf Printer;
 };
 
 TEST_F(RegisterFilesTest, ListElementsAreRegisteredInOrderAndExecutablesSkipped)
 {
+    CPrinterInf elsewhere;
+    EXPECT_EQ(0, Run(elsewhere, "selfreg_a.dll", "Elsewhere")) << "no key, no work";
+    EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, Unregister));
     // The executable is really a library that would note itself if loaded.
     Place("selfreg_a.dll", "dest", "sneaky.EXE");
     Printer.DirectoryIds[70001] = CBoundedString((Scratch + "dest\\").c_str());
@@ -74,13 +70,10 @@ TEST_F(RegisterFilesTest, ListElementsAreRegisteredInOrderAndExecutablesSkipped)
     // A token inside the list is no token of the value; the failed search for
     // it ends in the destination directory, where the next element is then
     // looked for, and only there.
-    Load(" selfreg_c.dll ,sneaky.EXE, selfreg_a.dll,%Second%,selfreg_b.dll,");
-    EXPECT_EQ(0, Printer.RegisterFiles());
-
+    EXPECT_EQ(0, Run(" selfreg_c.dll ,sneaky.EXE, selfreg_a.dll,%Second%,selfreg_b.dll,"));
     EXPECT_EQ("selfreg_c.dll;selfreg_a.dll;", Order());
-    EXPECT_EQ(Lower(BinaryDirectory() + "selfreg_c.dll"), RegisteredFrom("selfreg_c.dll"));
-    EXPECT_EQ("", RegisteredFrom("sneaky.EXE"));
-    EXPECT_EQ("", RegisteredFrom("selfreg_b.dll"));
+    EXPECT_EQ(Lower(BinaryDirectory() + "selfreg_c.dll"), RanFrom("selfreg_c.dll"));
+    EXPECT_EQ("", RanFrom("sneaky.EXE"));
     // Found by the system's own search: the record holds the bare name.
     EXPECT_EQ("selfreg_c.dll", Recorded("selfreg_c.dll"));
     EXPECT_EQ("selfreg_a.dll", Recorded("selfreg_a.dll"));
@@ -89,15 +82,14 @@ TEST_F(RegisterFilesTest, ListElementsAreRegisteredInOrderAndExecutablesSkipped)
 
 TEST_F(RegisterFilesTest, TheWholeValueMayBeAToken)
 {
-    Load("%Second%");
-    Printer.RegisterFiles();
+    Run("%Second%");
     EXPECT_EQ("selfreg_b.dll;", Order());
     EXPECT_EQ("selfreg_b.dll", Recorded("selfreg_b.dll"));
 }
 
 TEST_F(RegisterFilesTest, DestinationDirectoriesAreSearchedAndTheLastOneCarriesOver)
 {
-    // Map order puts "A" (the second directory) ahead of "B" (the first).
+    // Map order puts "a" (the second directory) ahead of "B" (the first).
     std::string onlyFirst = Place("selfreg_a.dll", "first", "onlyfirst.dll");
     std::string bothFirst = Place("selfreg_b.dll", "first", "both.dll");
     Place("selfreg_b.dll", "second", "both.dll");
@@ -108,30 +100,22 @@ TEST_F(RegisterFilesTest, DestinationDirectoriesAreSearchedAndTheLastOneCarriesO
     Printer.DestinationDirs["a"].push_back(CBoundedString("99999"));
     Printer.DestinationDirs["a"].push_back(CBoundedString("70002,sub"));
     Printer.DestinationDirs["B"].push_back(CBoundedString("70001"));
-    Load("versioned_1_0_0_5.dll,twice.dll,onlyfirst.dll,both.dll,absent.dll");
-    Printer.RegisterFiles();
-
-    EXPECT_EQ(Lower(twice), RegisteredFrom("twice.dll")) << "the first directory of the walk wins";
-    EXPECT_EQ(Lower(onlyFirst), RegisteredFrom("onlyfirst.dll"));
-    EXPECT_EQ(Lower(bothFirst), RegisteredFrom("both.dll")) << "tried where the one before was found";
+    Run("versioned_1_0_0_5.dll,twice.dll,onlyfirst.dll,both.dll,absent.dll");
     EXPECT_EQ("twice.dll;onlyfirst.dll;both.dll;", Order());
-
-    EXPECT_EQ(twice, Recorded("twice.dll"));
-    EXPECT_EQ(onlyFirst, Recorded("onlyfirst.dll"));
-    EXPECT_EQ(bothFirst, Recorded("both.dll"));
-    EXPECT_EQ("(none)", Recorded("absent.dll")) << "nothing loaded, nothing recorded";
+    const struct {
+        const char *Name;
+        std::string Path;
+    } cases[] = {{"twice.dll", twice},  // the first directory of the walk wins
+                 {"onlyfirst.dll", onlyFirst},
+                 {"both.dll", bothFirst}};  // tried where the one before was found
+    for (const auto &c : cases) {
+        EXPECT_EQ(Lower(c.Path), RanFrom(c.Name)) << c.Name;
+        EXPECT_EQ(c.Path, Recorded(c.Name)) << c.Name;
+    }
+    EXPECT_FALSE(ReadStoredValue(HKEY_LOCAL_MACHINE, Unregister, "absent.dll").Exists) << "nothing loaded";
     // Loaded without the export: recorded all the same, by the bare name the
     // system's search found it under.
     EXPECT_EQ("versioned_1_0_0_5.dll", Recorded("versioned_1_0_0_5.dll"));
-}
-
-TEST_F(RegisterFilesTest, NoKeyNoWork)
-{
-    Load("selfreg_a.dll");
-    Printer.InstallSection = CBoundedString("Elsewhere");
-    EXPECT_EQ(0, Printer.RegisterFiles());
-    EXPECT_EQ("", Order());
-    EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, Unregister));
 }
 
 }  // namespace

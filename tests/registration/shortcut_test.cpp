@@ -3,9 +3,7 @@
 #include <windows.h>
 #include <shlobj.h>
 
-#include <algorithm>
 #include <string>
-#include <vector>
 
 #include "entry/printer_inf.h"
 #include "registration/shortcut.h"
@@ -28,42 +26,34 @@ CLoadedLink LoadLink(const std::string &file)
 {
     CLoadedLink link;
     CoInitialize(NULL);
-    IShellLinkA *shellLink = NULL;
+    IShellLinkA *shell = NULL;
     IPersistFile *persist = NULL;
+    WCHAR wide[MAX_PATH];
+    MultiByteToWideChar(CP_ACP, 0, file.c_str(), -1, wide, MAX_PATH);
     if (SUCCEEDED(CoCreateInstance(CLSID_ShellLink, NULL, CLSCTX_INPROC_SERVER, IID_IShellLinkA,
-                                   reinterpret_cast<void **>(&shellLink))) &&
-        SUCCEEDED(shellLink->QueryInterface(IID_IPersistFile, reinterpret_cast<void **>(&persist)))) {
-        WCHAR wide[MAX_PATH];
-        MultiByteToWideChar(CP_ACP, 0, file.c_str(), -1, wide, MAX_PATH);
-        if (SUCCEEDED(persist->Load(wide, STGM_READ))) {
-            link.Loaded = true;
-            char text[MAX_PATH] = "";
-            shellLink->GetPath(text, MAX_PATH, NULL, SLGP_RAWPATH);
-            link.Path = text;
-            text[0] = 0;
-            shellLink->GetArguments(text, MAX_PATH);
-            link.Arguments = text;
-            text[0] = 0;
-            shellLink->GetWorkingDirectory(text, MAX_PATH);
-            link.WorkingDirectory = text;
-            text[0] = 0;
-            shellLink->GetDescription(text, MAX_PATH);
-            link.Description = text;
-            text[0] = 0;
-            shellLink->GetIconLocation(text, MAX_PATH, &link.IconIndex);
-            link.IconPath = text;
-            // Wine 8 writes the show command into the file's header but
-            // doesn't load it back: read it where the format puts it.
-            std::string raw = ReadText(file);
-            if (raw.size() >= 0x40)
-                CopyMemory(&link.ShowCommand, raw.data() + 0x3C, sizeof link.ShowCommand);
-            shellLink->GetHotkey(&link.HotKey);
-        }
+                                   reinterpret_cast<void **>(&shell))) &&
+        SUCCEEDED(shell->QueryInterface(IID_IPersistFile, reinterpret_cast<void **>(&persist))) &&
+        SUCCEEDED(persist->Load(wide, STGM_READ))) {
+        link.Loaded = true;
+        char text[5][MAX_PATH] = {};
+        shell->GetPath(text[0], MAX_PATH, NULL, SLGP_RAWPATH);
+        shell->GetArguments(text[1], MAX_PATH);
+        shell->GetWorkingDirectory(text[2], MAX_PATH);
+        shell->GetDescription(text[3], MAX_PATH);
+        shell->GetIconLocation(text[4], MAX_PATH, &link.IconIndex);
+        shell->GetHotkey(&link.HotKey);
+        link.Path = text[0], link.Arguments = text[1], link.WorkingDirectory = text[2];
+        link.Description = text[3], link.IconPath = text[4];
+        // Wine 8 writes the show command into the file's header but doesn't
+        // load it back: read it where the format puts it.
+        std::string raw = ReadText(file);
+        if (raw.size() >= 0x40)
+            CopyMemory(&link.ShowCommand, raw.data() + 0x3C, sizeof link.ShowCommand);
     }
     if (persist)
         persist->Release();
-    if (shellLink)
-        shellLink->Release();
+    if (shell)
+        shell->Release();
     CoUninitialize();
     return link;
 }
@@ -79,35 +69,34 @@ class AddProgramGroupTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        DeleteKeyTree(HKEY_LOCAL_MACHINE, "SOFTWARE\\Halvern\\Plenarc\\6.0\\Uninstall Data");
-        Scratch = ScratchDirectory();
-        for (const char *folder : {"groups", "target", "target\\bin", "target\\icons", "work"})
+        DeleteKeyTree(HKEY_LOCAL_MACHINE, Shortcuts);
+        for (const char *folder : {"groups", "target", "target\\bin", "work"})
             CreateDirectoryA((Scratch + folder).c_str(), NULL);
         WriteText(Scratch + "target\\bin\\tool.exe", "MZ");
         WriteText(Scratch + "target\\tok.exe", "MZ");
     }
-    void TearDown() override { DeleteTree(ProgramsFolder() + "Tovrel Group"); }
-    void Load(const std::string &lines)
+    int Run(const std::string &lines) { return Run(Printer, lines); }
+    int Run(CPrinterInf &printer, const std::string &lines)
     {
         std::string path = Scratch + "group.inf";
         WriteText(path, "[Version]\r\nClass=Printer\r\n[Group]\r\n" + lines +
-                            "[Strings]\r\nDesc=\"Token Desc\"\r\nTarget=tok.exe\r\nArgs=\"/token\"\r\n"
-                            "Id=70010\r\n");
-        ASSERT_TRUE(Printer.Load(path.c_str()));
-        Printer.Model = CBoundedString("Acme Laser");
-        Printer.ProgramGroupSections = CBoundedString("Group");
-        Printer.DirectoryIds[70010] = CBoundedString((Scratch + "groups\\").c_str());
-        Printer.DirectoryIds[70011] = CBoundedString((Scratch + "target\\").c_str());
-        Printer.DirectoryIds[70012] = CBoundedString((Scratch + "work\\").c_str());
+                            "[Strings]\r\nDesc=\"Token Desc\"\r\nTarget=tok.exe\r\nArgs=\"/token\"\r\nId=70010\r\n");
+        EXPECT_TRUE(printer.Load(path.c_str()));
+        printer.Model = CBoundedString("Acme Laser");
+        printer.ProgramGroupSections = CBoundedString("Group");
+        printer.DirectoryIds[70010] = CBoundedString((Scratch + "groups\\").c_str());
+        printer.DirectoryIds[70011] = CBoundedString((Scratch + "target\\").c_str());
+        printer.DirectoryIds[70012] = CBoundedString((Scratch + "work\\").c_str());
+        return printer.AddProgramGroup();
     }
-    std::string Scratch;
+    std::string Scratch = ScratchDirectory();
     CPrinterInf Printer;
 };
 
 TEST_F(AddProgramGroupTest, EveryFieldReachesTheLink)
 {
-    Load("70010, My Group ,Acme Tool,70011,bin,tool.exe,/x /y,70012,sub,3,70011,icons,tool.ico,2,1601\r\n");
-    EXPECT_EQ(1, Printer.AddProgramGroup());
+    EXPECT_EQ(1, Run("70010, My Group ,Acme Tool,70011,bin,tool.exe,/x /y,70012,sub,3,70011,icons,tool.ico,2,"
+                     "1601\r\n"));
     CLoadedLink link = LoadLink(Scratch + "groups\\My Group\\Acme Tool.lnk");
     ASSERT_TRUE(link.Loaded);
     EXPECT_EQ("Acme Tool", link.Description);
@@ -124,8 +113,7 @@ TEST_F(AddProgramGroupTest, TokensAreTextFieldsOnlyAndTheTargetDirectoryIsTheDef
 {
     // Field 9 is not read without field 8; field 14 without field 11 gives
     // no icon; the fifteenth field takes the rest of the line.
-    Load("%Id%,,%Desc%,70011,,%Target%,%Args%,,ignored,,,icons,tool.ico,4,1602,extra,fields\r\n");
-    EXPECT_EQ(1, Printer.AddProgramGroup());
+    EXPECT_EQ(1, Run("%Id%,,%Desc%,70011,,%Target%,%Args%,,ignored,,,icons,tool.ico,4,1602,extra,fields\r\n"));
     EXPECT_FALSE(PathExists(Scratch + "groups\\Token Desc.lnk")) << "the group root is no text field";
     CLoadedLink link = LoadLink(ProgramsFolder() + "Token Desc.lnk");
     DeleteFileA((ProgramsFolder() + "Token Desc.lnk").c_str());
@@ -138,58 +126,41 @@ TEST_F(AddProgramGroupTest, TokensAreTextFieldsOnlyAndTheTargetDirectoryIsTheDef
     EXPECT_EQ(1602, link.HotKey);
 }
 
-TEST_F(AddProgramGroupTest, AShortLineLandsInThePrograms)
+TEST_F(AddProgramGroupTest, ShortLinesUnknownRootsAndMissingGroupLevels)
 {
-    Load(",Tovrel Group,Plain\r\n"
-         "424242,Tovrel Group,Readme.txt\r\n"
-         "70010,,Root Only,70011,bin,tool.exe\r\n"
-         "70010,,Root Only,70011,,tok.exe\r\n");
-    EXPECT_EQ(1, Printer.AddProgramGroup());
-
+    const char *lines[] = {",Tovrel Group,Plain",
+                           "424242,Tovrel Group,Readme.txt",
+                           "70010,,Root Only,70011,bin,tool.exe",
+                           "70010,,Root Only,70011,,tok.exe",
+                           "70010,Missing\\Deeper,Lost,70011,bin,tool.exe",
+                           "70010,Made,Kept,70011,bin,tool.exe"};
+    std::string text;
+    for (const char *line : lines)
+        text += std::string(line) + "\r\n";
+    EXPECT_EQ(1, Run(text));
     CLoadedLink plain = LoadLink(ProgramsFolder() + "Tovrel Group\\Plain.lnk");
-    ASSERT_TRUE(plain.Loaded);
+    EXPECT_TRUE(plain.Loaded) << "no root lands in the programs";
     EXPECT_EQ("", plain.Path);
     EXPECT_EQ("", plain.WorkingDirectory);
-    EXPECT_TRUE(LoadLink(ProgramsFolder() + "Tovrel Group\\Readme.txt.lnk").Loaded) << "an unknown root id";
-
-    // The second line of one description overwrote the first.
-    CLoadedLink root = LoadLink(Scratch + "groups\\Root Only.lnk");
-    ASSERT_TRUE(root.Loaded);
-    EXPECT_STRCASEEQ((Scratch + "target\\tok.exe").c_str(), root.Path.c_str());
-
-    std::vector<std::string> recorded = StoredValueNames(HKEY_LOCAL_MACHINE, Shortcuts);
-    EXPECT_EQ(4u, recorded.size());
-    for (const char *line : {",Tovrel Group,Plain", "424242,Tovrel Group,Readme.txt",
-                             "70010,,Root Only,70011,bin,tool.exe", "70010,,Root Only,70011,,tok.exe"})
-        EXPECT_NE(recorded.end(), std::find(recorded.begin(), recorded.end(), line)) << line;
-}
-
-TEST_F(AddProgramGroupTest, OnlyTheLastLevelOfTheGroupIsMade)
-{
-    Load("70010,Missing\\Deeper,Lost,70011,bin,tool.exe\r\n"
-         "70010,Made,Kept,70011,bin,tool.exe\r\n");
-    EXPECT_EQ(1, Printer.AddProgramGroup());
+    EXPECT_TRUE(LoadLink(ProgramsFolder() + "Tovrel Group\\Readme.txt.lnk").Loaded) << "as does an unknown one";
+    DeleteTree(ProgramsFolder() + "Tovrel Group");
+    EXPECT_STRCASEEQ((Scratch + "target\\tok.exe").c_str(), LoadLink(Scratch + "groups\\Root Only.lnk").Path.c_str())
+        << "the second line of one description overwrites the first";
+    // Only the last level of a group is made; a failed save ends nothing.
     EXPECT_FALSE(PathExists(Scratch + "groups\\Missing"));
-    EXPECT_TRUE(PathExists(Scratch + "groups\\Made\\Kept.lnk")) << "a failed save ends nothing";
-    EXPECT_EQ(2u, StoredValueNames(HKEY_LOCAL_MACHINE, Shortcuts).size());
-}
-
-TEST_F(AddProgramGroupTest, NoSectionOrAnEmptyOneGivesZero)
-{
-    Load("");
-    EXPECT_EQ(0, Printer.AddProgramGroup());
-    Printer.ProgramGroupSections = CBoundedString();
-    EXPECT_EQ(0, Printer.AddProgramGroup());
-    EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, Shortcuts));
+    EXPECT_TRUE(PathExists(Scratch + "groups\\Made\\Kept.lnk"));
+    for (const char *line : lines)
+        EXPECT_TRUE(ReadStoredValue(HKEY_LOCAL_MACHINE, Shortcuts, line).Exists) << line;
 }
 
 // Joined to a multithreaded apartment, the thread can't take the link's
 // single-threaded one: the first line fails and nothing is on record.
-TEST_F(AddProgramGroupTest, AThreadInAnotherApartmentEndsTheStage)
+TEST_F(AddProgramGroupTest, AnEmptySectionOrAThreadInAnotherApartmentGivesZero)
 {
-    Load("70010,,First,70011,bin,tool.exe\r\n");
+    EXPECT_EQ(0, Run(""));
     ASSERT_TRUE(SUCCEEDED(CoInitializeEx(NULL, COINIT_MULTITHREADED)));
-    int result = Printer.AddProgramGroup();
+    CPrinterInf other;
+    int result = Run(other, "70010,,First,70011,bin,tool.exe\r\n");
     CoUninitialize();
     EXPECT_EQ(0, result);
     EXPECT_FALSE(PathExists(Scratch + "groups\\First.lnk"));
