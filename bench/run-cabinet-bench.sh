@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Times the extraction of a cabinet set of about 20 MB (MSZIP, a few hundred
-# files): CCabinetExtractor and a bare FDICopy inside cabinet_bench.exe, and
-# `wine cabarc X` of the same set. Everything is pinned to CPU 1 and runs in
+# files): the install's copy stage (CPrinterInf::CopyFiles), CCabinetExtractor
+# and a bare FDICopy, alone and with the extractor's per-file calls added, all
+# inside cabinet_bench.exe, and `wine cabarc X` of the same set. Everything is pinned to CPU 1 and runs in
 # one throw-away prefix whose wineserver stays up between the runs.
 #   bench/run-cabinet-bench.sh [BUILD_DIR] [REPEATS]
 set -euo pipefail
@@ -9,7 +10,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 root=$(cd "$here/.." && pwd)
 . "$root/scripts/wine-env.sh"
 build=${1:-$root/build/win64}
-repeats=${2:-5}
+repeats=${2:-9}
 bench="$build/bin/cabinet_bench.exe"
 [ -f "$bench" ] || { echo "no $bench: build the bench first" >&2; exit 1; }
 
@@ -53,12 +54,21 @@ startup=$(best_of $pin "$TOVREL_WINE" cabarc)
 echo "figure cabarc seconds $cabarc files $cabarc_files (process start alone: $startup)"
 
 printf '%s\n' "$figures" | awk -v cabarc="$cabarc" -v startup="$startup" '
-    $1 == "figure" { t[$2] = $4 }
+    $1 == "figure" { t[$2] = $4; m[$2] = $10; files[$2] = $8 }
     END {
-        f = t["fdicopy"]
+        f = t["fdicopy"]; fm = m["fdicopy"]
         for (name in t)
             if (name != "fdicopy")
-                printf "ratio %s / fdicopy = %.3f\n", name, t[name] / f
+                printf "ratio %s / fdicopy = %.3f (medians %.3f)\n", name, t[name] / f, m[name] / fm
         printf "ratio cabarc / fdicopy = %.3f (without process start %.3f)\n", cabarc / f, (cabarc - startup) / f
         printf "ratio extractor / cabarc = %.3f (without process start %.3f)\n", t["extractor"] / cabarc, t["extractor"] / (cabarc - startup)
+        n = files["fdicopy"]
+        if (n > 0) {
+            # Microseconds per file, best and median.
+            printf "per file: extractor over fdicopy %.0f us (median %.0f)\n", (t["extractor"] - f) / n * 1e6, (m["extractor"] - fm) / n * 1e6
+            printf "per file: attributes before and after %.0f us (median %.0f)\n", (t["fdicopy+attributes"] - f) / n * 1e6, (m["fdicopy+attributes"] - fm) / n * 1e6
+            printf "per file: reopen to set times %.0f us (median %.0f)\n", (t["fdicopy+times"] - f) / n * 1e6, (m["fdicopy+times"] - fm) / n * 1e6
+            printf "per file: both %.0f us (median %.0f)\n", (t["fdicopy+attributes+times"] - f) / n * 1e6, (m["fdicopy+attributes+times"] - fm) / n * 1e6
+            printf "per file: install copy and record (copyfiles - extractor) %.0f us (median %.0f)\n", (t["copyfiles"] - t["extractor"]) / n * 1e6, (m["copyfiles"] - m["extractor"]) / n * 1e6
+        }
     }'

@@ -8,7 +8,7 @@
 #include "entry/printer_inf.h"
 #include "entry/reboot_prompt.h"
 #include "inf/bounded_string.h"
-#include "support/handles.h"
+#include "registration/reg_key.h"
 
 extern "C" void WINAPI Repair(const char *infPath, const char *manufacturer, const char *driverName,
                               const char *printerName, int *reboot, const char *deviceKey)
@@ -110,14 +110,13 @@ void NormaliseDescription(char *text)
     }
 }
 
-CBoundedString ReadDeviceString(HKEY key, const char *name)
+// A value that cannot be read, or a key that is not open, reads as empty.
+CBoundedString ReadDeviceString(CRegKey &key, const char *name)
 {
     CBoundedString value;
-    if (!key)
-        return value;
     DWORD type = 0;
     DWORD size = CBoundedString::MaxLength;
-    if (RegQueryValueExA(key, name, NULL, &type, reinterpret_cast<BYTE *>(value.Text), &size) != ERROR_SUCCESS)
+    if (!key.QueryValue(name, &type, reinterpret_cast<BYTE *>(value.Text), &size))
         value = CBoundedString();
     return value;
 }
@@ -129,20 +128,19 @@ extern "C" void CALLBACK VendorInstaller(HWND window, HINSTANCE, const char *com
     CBoundedString deviceKey(commandLine);
     char *workingDirectory = NextToken(deviceKey, ' ');
 
-    CRegistryHandle key;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, deviceKey, 0, KEY_QUERY_VALUE | KEY_SET_VALUE, key.Put()) != ERROR_SUCCESS)
-        key.Reset();
-    CBoundedString description = ReadDeviceString(key.Get(), "DeviceDesc");
-    CBoundedString manufacturer = ReadDeviceString(key.Get(), "Manufacturer");
+    CRegKey key;
+    key.Open(HKEY_LOCAL_MACHINE, deviceKey);
+    CBoundedString description = ReadDeviceString(key, "DeviceDesc");
+    CBoundedString manufacturer = ReadDeviceString(key, "Manufacturer");
     SetCurrentDirectoryA(workingDirectory ? workingDirectory : "");
 
     NormaliseDescription(description);
     int reboot = 0;
     Repair("", manufacturer, description, description, &reboot, deviceKey);
-    if (key.IsValid()) {
+    if (key.IsOpen()) {
         // The device installer takes the device as set up once this is clear.
         const BYTE cleared[4] = {0, 0, 0, 0};
-        RegSetValueExA(key.Get(), "ConfigFlags", 0, REG_BINARY, cleared, sizeof cleared);
+        RegSetValueExA(key.Handle(), "ConfigFlags", 0, REG_BINARY, cleared, sizeof cleared);
     }
     if (reboot)
         RebootPrompt(window, description, NULL);

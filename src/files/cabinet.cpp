@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstring>
 
+#include "files/path_parts.h"
+
 static_assert(sizeof(CCabinetErf) == sizeof(ERF), "ERF layout");
 static_assert(offsetof(CCabinetErf, fError) == offsetof(ERF, fError), "ERF layout");
 static_assert(sizeof(CCabinetInfo) == sizeof(FDICABINETINFO), "FDICABINETINFO layout");
@@ -28,80 +30,14 @@ FdiCopyProc FdiCopy;
 FdiIsCabinetProc FdiIsCabinet;
 FdiDestroyProc FdiDestroy;
 
-const size_t PartLimit = 255;
-
 bool IsSeparator(char c)
 {
     return c == '\\' || c == '/';
 }
 
-// Splits by the rules of _splitpath, without its fixed buffers: each part is
-// cut to 255 characters, and a trail byte is never taken for a separator.
-void SplitPath(const char *path, std::string &drive, std::string &directory, std::string &name,
-               std::string &extension)
+int IsLeadByte(unsigned char c)
 {
-    drive.clear();
-    directory.clear();
-    name.clear();
-    extension.clear();
-    if (!path)
-        return;
-    if (path[0] && path[1] == ':') {
-        drive.assign(path, 2);
-        path += 2;
-    }
-    const char *lastSeparator = NULL;
-    const char *lastDot = NULL;
-    for (const char *p = path; *p; ++p) {
-        if (IsDBCSLeadByte(static_cast<BYTE>(*p)) && p[1]) {
-            ++p;
-            continue;
-        }
-        if (IsSeparator(*p))
-            lastSeparator = p, lastDot = NULL;
-        else if (*p == '.')
-            lastDot = p;
-    }
-    const char *nameStart = path;
-    if (lastSeparator) {
-        directory.assign(path, lastSeparator + 1 - path);
-        nameStart = lastSeparator + 1;
-    }
-    const char *end = nameStart + strlen(nameStart);
-    if (lastDot) {
-        extension.assign(lastDot, end - lastDot);
-        end = lastDot;
-    }
-    name.assign(nameStart, end - nameStart);
-    if (directory.size() > PartLimit)
-        directory.resize(PartLimit);
-    if (name.size() > PartLimit)
-        name.resize(PartLimit);
-    if (extension.size() > PartLimit)
-        extension.resize(PartLimit);
-}
-
-// Composes by the rules of _makepath into at most 259 characters.
-void MakePath(char *out, const char *drive, const char *directory, const char *name, const char *extension)
-{
-    std::string text;
-    if (drive && *drive) {
-        text += drive[0];
-        text += ':';
-    }
-    if (directory && *directory) {
-        text += directory;
-        if (!IsSeparator(text[text.size() - 1]))
-            text += '\\';
-    }
-    if (name)
-        text += name;
-    if (extension && *extension) {
-        if (*extension != '.')
-            text += '.';
-        text += extension;
-    }
-    CopyBounded(out, text.c_str(), MAX_PATH);
+    return IsDBCSLeadByte(c) ? 1 : 0;
 }
 
 DWORD ShareFromMode(int pmode)
@@ -141,6 +77,22 @@ int ErrnoFromOpenError(DWORD error)
 int CurrentMemberIndex(const CCabinet &cabinet)
 {
     return cabinet.LastCabinet ? cabinet.FollowingIndex : cabinet.FollowingIndex - 1;
+}
+
+// The member the walk works on next: its directory and its file name.
+void StartAt(CCabinet &cabinet, const CPathString &member)
+{
+    cabinet.CurrentDirectory = member;
+    cabinet.CurrentDirectory.GetFileName(cabinet.CabinetName);
+    cabinet.CurrentDirectory.SetFileName("");
+}
+
+// The decoder has come to the member that was expected after the last one.
+void ReachFollowingMember(CCabinet &cabinet)
+{
+    cabinet.ReachedCabinet = cabinet.FollowingCabinet;
+    cabinet.ReachedDisk = cabinet.FollowingDisk;
+    cabinet.ReachedIndex = cabinet.FollowingIndex;
 }
 
 INT_PTR NotifyResult(int given)
@@ -213,31 +165,30 @@ INT_PTR OnNextCabinetNotification(CCabinet &cabinet, FDINOTIFICATION *notificati
 void CPathString::Split(std::string *drive, std::string *directory, std::string *name,
                         std::string *extension) const
 {
-    std::string d, dir, n, e;
-    SplitPath(Text.c_str(), d, dir, n, e);
+    char d[PathDriveSize], dir[PathPartSize], n[PathPartSize], e[PathPartSize];
+    SplitPath(Text.c_str(), d, dir, n, e, IsLeadByte);
     if (drive) {
-        if (!d.empty() && d[d.size() - 1] == ':')
-            d.resize(d.size() - 1);
+        size_t length = strlen(d);
+        if (length && d[length - 1] == ':')
+            d[length - 1] = 0;
         *drive = d;
     }
     if (directory) {
-        if (dir.size() > 1 && IsSeparator(dir[dir.size() - 1]))
-            dir.resize(dir.size() - 1);
+        size_t length = strlen(dir);
+        if (length > 1 && IsSeparator(dir[length - 1]))
+            dir[length - 1] = 0;
         *directory = dir;
     }
     if (name)
         *name = n;
-    if (extension) {
-        if (!e.empty() && e[0] == '.')
-            e.erase(0, 1);
-        *extension = e;
-    }
+    if (extension)
+        *extension = e[0] == '.' ? e + 1 : e;
 }
 
 void CPathString::Compose(const char *drive, const char *directory, const char *name, const char *extension)
 {
     char buffer[MAX_PATH];
-    MakePath(buffer, drive, directory, name, extension);
+    MakePath(buffer, sizeof buffer, drive, directory, name, extension);
     Text = buffer;
 }
 
@@ -484,46 +435,6 @@ CCabinet::~CCabinet()
     }
 }
 
-CabAllocFunction CCabinet::GetAllocFunction()
-{
-    return CabAlloc;
-}
-
-CabFreeFunction CCabinet::GetFreeFunction()
-{
-    return CabFree;
-}
-
-CabOpenFunction CCabinet::GetOpenFunction()
-{
-    return CabOpen;
-}
-
-CabReadFunction CCabinet::GetReadFunction()
-{
-    return CabRead;
-}
-
-CabWriteFunction CCabinet::GetWriteFunction()
-{
-    return CabWrite;
-}
-
-CabSeekFunction CCabinet::GetSeekFunction()
-{
-    return CabSeek;
-}
-
-CabCloseFunction CCabinet::GetCloseFunction()
-{
-    return CabClose;
-}
-
-CabNotifyFunction CCabinet::GetNotifyFunction()
-{
-    return CabNotify;
-}
-
 int CCabinet::OnCabinetInfo(int setId, const char *cabinetPath, const char *nextCabinet, const char *nextDisk,
                             int index)
 {
@@ -531,9 +442,7 @@ int CCabinet::OnCabinetInfo(int setId, const char *cabinetPath, const char *next
     // goes on.
     if (!nextDisk || !*nextDisk)
         LastCabinet = 1;
-    ReachedCabinet = FollowingCabinet;
-    ReachedDisk = FollowingDisk;
-    ReachedIndex = FollowingIndex;
+    ReachFollowingMember(*this);
     if (!LastCabinet) {
         ++FollowingIndex;
         FollowingCabinet.SetDirectory(cabinetPath);
@@ -543,36 +452,11 @@ int CCabinet::OnCabinetInfo(int setId, const char *cabinetPath, const char *next
     return 1;
 }
 
-int CCabinet::OnPartialFile(const char *name, const char *firstCabinet, const char *firstDisk)
-{
-    return 1;
-}
-
 int CCabinet::OnCopyFile(const char *name, long size, std::string &path, int &skip)
 {
     CPathString target = Destination;
     target.SetFileName(name);
     path = target.Text;
-    return 1;
-}
-
-int CCabinet::OnCloseFileInfo(const char *name, USHORT *date, USHORT *time, USHORT *attributes)
-{
-    return 1;
-}
-
-int CCabinet::OnFileExtracted(const char *name)
-{
-    return 1;
-}
-
-int CCabinet::OnEnumerate(int setId, void *notification, USHORT *folder)
-{
-    return 1;
-}
-
-int CCabinet::OnNextCabinet(const char *cabinet, const char *disk, std::string &path, int error)
-{
     return 1;
 }
 
@@ -608,9 +492,7 @@ int CCabinet::Extract(const char *path, int followSet)
     if (!Initialised || !IsCabinet(path, &info))
         return 0;
     CabinetFound = 1;
-    CurrentDirectory = path;
-    CurrentDirectory.GetFileName(CabinetName);
-    CurrentDirectory.SetFileName("");
+    StartAt(*this, path);
 
     for (;;) {
         char directory[MAX_PATH];
@@ -664,13 +546,9 @@ int CCabinet::Extract(const char *path, int followSet)
         if (LastFileSkipped || OpenedIn == ClosedIn) {
             // No file was left open across the end of this member: move on
             // to the member after it.
-            ReachedCabinet = FollowingCabinet;
-            ReachedDisk = FollowingDisk;
-            ReachedIndex = FollowingIndex;
+            ReachFollowingMember(*this);
         }
-        CurrentDirectory = ReachedCabinet;
-        CurrentDirectory.GetFileName(CabinetName);
-        CurrentDirectory.SetFileName("");
+        StartAt(*this, ReachedCabinet);
     }
 }
 

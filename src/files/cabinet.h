@@ -106,26 +106,27 @@ public:
     CCabinet();
     virtual ~CCabinet();
 
-    virtual CabAllocFunction GetAllocFunction();
-    virtual CabFreeFunction GetFreeFunction();
-    virtual CabOpenFunction GetOpenFunction();
-    virtual CabReadFunction GetReadFunction();
-    virtual CabWriteFunction GetWriteFunction();
-    virtual CabSeekFunction GetSeekFunction();
-    virtual CabCloseFunction GetCloseFunction();
-    virtual CabNotifyFunction GetNotifyFunction();
+    virtual CabAllocFunction GetAllocFunction() { return CabAlloc; }
+    virtual CabFreeFunction GetFreeFunction() { return CabFree; }
+    virtual CabOpenFunction GetOpenFunction() { return CabOpen; }
+    virtual CabReadFunction GetReadFunction() { return CabRead; }
+    virtual CabWriteFunction GetWriteFunction() { return CabWrite; }
+    virtual CabSeekFunction GetSeekFunction() { return CabSeek; }
+    virtual CabCloseFunction GetCloseFunction() { return CabClose; }
+    virtual CabNotifyFunction GetNotifyFunction() { return CabNotify; }
 
+    // Each gives 1 to go on, 0 to stop the decoder; the base class goes on.
     virtual int OnCabinetInfo(int setId, const char *cabinetPath, const char *nextCabinet, const char *nextDisk,
                               int index);
-    virtual int OnPartialFile(const char *name, const char *firstCabinet, const char *firstDisk);
+    virtual int OnPartialFile(const char *name, const char *firstCabinet, const char *firstDisk) { return 1; }
     virtual int OnCopyFile(const char *name, long size, std::string &path, int &skip);
-    virtual int OnCloseFileInfo(const char *name, USHORT *date, USHORT *time, USHORT *attributes);
-    virtual int OnFileExtracted(const char *name);
+    virtual int OnCloseFileInfo(const char *name, USHORT *date, USHORT *time, USHORT *attributes) { return 1; }
+    virtual int OnFileExtracted(const char *name) { return 1; }
     // notification is the decoder's FDINOTIFICATION.
-    virtual int OnEnumerate(int setId, void *notification, USHORT *folder);
+    virtual int OnEnumerate(int setId, void *notification, USHORT *folder) { return 1; }
     // path is the directory the member is expected in; error an FDIERROR code.
     // 1 goes on, 0 abandons the extraction.
-    virtual int OnNextCabinet(const char *cabinet, const char *disk, std::string &path, int error);
+    virtual int OnNextCabinet(const char *cabinet, const char *disk, std::string &path, int error) { return 1; }
 
     int IsCabinet(const char *path, CCabinetInfo *info);
     void SetDestination(const char *path);
