@@ -93,37 +93,41 @@ protected:
     CPrinterInf Printer;
 };
 
-TEST_F(AddProgramGroupTest, EveryFieldReachesTheLink)
+// In the second line, field 9 is not read without field 8, field 14 without
+// field 11 gives no icon, and the fifteenth field takes the rest of the line;
+// the target directory is the default working directory, and tokens are
+// expanded in the text fields only, so "%Id%" is an unknown root.
+TEST_F(AddProgramGroupTest, EveryFieldReachesTheLinkAndTokensOnlyTheTextFields)
 {
-    EXPECT_EQ(1, Run("70010, My Group ,Acme Tool,70011,bin,tool.exe,/x /y,70012,sub,3,70011,icons,tool.ico,2,"
-                     "1601\r\n"));
-    CLoadedLink link = LoadLink(Scratch + "groups\\My Group\\Acme Tool.lnk");
-    ASSERT_TRUE(link.Loaded);
-    EXPECT_EQ("Acme Tool", link.Description);
-    EXPECT_STRCASEEQ((Scratch + "target\\bin\\tool.exe").c_str(), link.Path.c_str());
-    EXPECT_EQ("/x /y", link.Arguments);
-    EXPECT_EQ(Scratch + "work\\sub\\", link.WorkingDirectory);
-    EXPECT_EQ(3, link.ShowCommand);
-    EXPECT_EQ(Scratch + "target\\icons\\tool.ico", link.IconPath);
-    EXPECT_EQ(2, link.IconIndex);
-    EXPECT_EQ(1601, link.HotKey);
-}
-
-TEST_F(AddProgramGroupTest, TokensAreTextFieldsOnlyAndTheTargetDirectoryIsTheDefaultWorkingDirectory)
-{
-    // Field 9 is not read without field 8; field 14 without field 11 gives
-    // no icon; the fifteenth field takes the rest of the line.
-    EXPECT_EQ(1, Run("%Id%,,%Desc%,70011,,%Target%,%Args%,,ignored,,,icons,tool.ico,4,1602,extra,fields\r\n"));
+    const struct {
+        const char *Line;
+        std::string File, Description, Path, Arguments, WorkingDirectory, IconPath;
+        int ShowCommand, IconIndex;
+        WORD HotKey;
+    } cases[] = {
+        {"70010, My Group ,Acme Tool,70011,bin,tool.exe,/x /y,70012,sub,3,70011,icons,tool.ico,2,1601",
+         Scratch + "groups\\My Group\\Acme Tool.lnk", "Acme Tool", Scratch + "target\\bin\\tool.exe", "/x /y",
+         Scratch + "work\\sub\\", Scratch + "target\\icons\\tool.ico", 3, 2, 1601},
+        {"%Id%,,%Desc%,70011,,%Target%,%Args%,,ignored,,,icons,tool.ico,4,1602,extra,fields",
+         ProgramsFolder() + "Token Desc.lnk", "Token Desc", Scratch + "target\\tok.exe", "/token",
+         Scratch + "target\\", "", SW_SHOWNORMAL, 0, 1602},
+    };
+    for (const auto &c : cases) {
+        CPrinterInf printer;
+        EXPECT_EQ(1, Run(printer, std::string(c.Line) + "\r\n"));
+        CLoadedLink link = LoadLink(c.File);
+        DeleteFileA(c.File.c_str());
+        ASSERT_TRUE(link.Loaded) << c.File;
+        EXPECT_EQ(c.Description, link.Description);
+        EXPECT_STRCASEEQ(c.Path.c_str(), link.Path.c_str());
+        EXPECT_EQ(c.Arguments, link.Arguments);
+        EXPECT_EQ(c.WorkingDirectory, link.WorkingDirectory);
+        EXPECT_EQ(c.ShowCommand, link.ShowCommand);
+        EXPECT_EQ(c.IconPath, link.IconPath);
+        EXPECT_EQ(c.IconIndex, link.IconIndex);
+        EXPECT_EQ(c.HotKey, link.HotKey);
+    }
     EXPECT_FALSE(PathExists(Scratch + "groups\\Token Desc.lnk")) << "the group root is no text field";
-    CLoadedLink link = LoadLink(ProgramsFolder() + "Token Desc.lnk");
-    DeleteFileA((ProgramsFolder() + "Token Desc.lnk").c_str());
-    ASSERT_TRUE(link.Loaded);
-    EXPECT_EQ("Token Desc", link.Description);
-    EXPECT_STRCASEEQ((Scratch + "target\\tok.exe").c_str(), link.Path.c_str());
-    EXPECT_EQ("/token", link.Arguments);
-    EXPECT_EQ(Scratch + "target\\", link.WorkingDirectory);
-    EXPECT_EQ("", link.IconPath);
-    EXPECT_EQ(1602, link.HotKey);
 }
 
 TEST_F(AddProgramGroupTest, ShortLinesUnknownRootsAndMissingGroupLevels)

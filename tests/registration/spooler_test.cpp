@@ -4,7 +4,6 @@
 #include <string>
 
 #include "registration/spooler.h"
-#include "support/handles.h"
 
 namespace {
 
@@ -38,51 +37,6 @@ TEST(SpoolerDirectoriesWin98, MatchThePlatformAndTheMachinesOwnIsTheNineXOne)
     ASSERT_EQ(1, PrinterDriverDirectory(NULL, own));
     ASSERT_EQ(1, PrinterDriverDirectory(Windows9xEnvironment, ninex));
     EXPECT_STREQ(ninex, own);
-}
-
-// A driver and a printer on it, made through the spooler itself.
-TEST(SpoolerRecords, ReadBackWhatWasAdded)
-{
-    char driverName[] = "Tovrel Test Driver", printerName[] = "Tovrel Test Printer", driverPath[] = "tovrel_drv.dll",
-         dataFile[] = "tovrel.ppd", configFile[] = "tovrel_ui.txt";
-    DRIVER_INFO_3A driver = {};
-    driver.cVersion = 3;
-    driver.pName = driverName;
-    driver.pDriverPath = driverPath;
-    driver.pDataFile = dataFile;
-    driver.pConfigFile = configFile;
-    ASSERT_TRUE(AddPrinterDriverA(NULL, 3, reinterpret_cast<BYTE *>(&driver))) << GetLastError();
-    std::vector<BYTE> buffer;
-    DWORD count = 0;
-    DRIVER_INFO_3A *drivers = EnumDriverInfo3(buffer, &count);
-    ASSERT_NE(nullptr, drivers);
-    bool listed = false;
-    for (DWORD i = 0; i < count; ++i)
-        listed = listed || lstrcmpiA(drivers[i].pName, driverName) == 0;
-    EXPECT_TRUE(listed) << count << " drivers";
-
-    char port[] = "FILE:", processor[] = "winprint", datatype[] = "RAW";
-    PRINTER_INFO_2A info = {};
-    info.pPrinterName = printerName;
-    info.pPortName = port;
-    info.pDriverName = driverName;
-    info.pPrintProcessor = processor;
-    info.pDatatype = datatype;
-    ASSERT_TRUE(CPrinterHandle(AddPrinterA(NULL, 2, reinterpret_cast<BYTE *>(&info))).IsValid()) << GetLastError();
-    CPrinterHandle printer;
-    PRINTER_DEFAULTSA defaults = {NULL, NULL, PRINTER_ALL_ACCESS};
-    ASSERT_TRUE(OpenPrinterA(printerName, printer.Put(), &defaults));
-    PRINTER_INFO_2A *read = ReadPrinterInfo2(printer.Get(), buffer);
-    ASSERT_NE(nullptr, read);
-    EXPECT_STREQ(driverName, read->pDriverName);
-    EXPECT_STREQ(port, read->pPortName);
-    std::vector<BYTE> driverBuffer;
-    DRIVER_INFO_2A *readDriver = ReadDriverInfo2(printer.Get(), driverBuffer);
-    ASSERT_NE(nullptr, readDriver);
-    EXPECT_STREQ(driverName, readDriver->pName);
-    EXPECT_EQ(nullptr, ReadPrinterInfo2(NULL, buffer)) << "no printer";
-    EXPECT_EQ(nullptr, ReadDriverInfo2(NULL, buffer));
-    DeletePrinter(printer.Get());
 }
 
 }  // namespace

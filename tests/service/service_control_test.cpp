@@ -25,46 +25,6 @@ TEST(ServiceControl, NoNameOrAMissingServiceFailsAndLeavesNothingOpen)
     EXPECT_EQ(static_cast<DWORD>(ERROR_SERVICE_DOES_NOT_EXIST), control.LastError);
 }
 
-// The wrapper does not wait, so the test waits for each state change itself.
-TEST(ServiceControl, StartsStopsPausesAndContinuesAFixtureService)
-{
-    const char name[] = "TovrelLife";
-    std::string path = FixtureServicePath();
-    ServiceCreateInfo info;
-    info.ServiceName = name;
-    info.DisplayName = "Tovrel Life";
-    info.ServiceType = SERVICE_WIN32_OWN_PROCESS;
-    info.StartType = SERVICE_DEMAND_START;
-    info.BinaryPathName = path.c_str();
-    CServiceControl control;
-    SERVICE_STATUS status = {};
-    ASSERT_TRUE(control.Create(info));
-    EXPECT_FALSE(control.IsActive(name)) << "Create starts nothing";
-    EXPECT_TRUE(control.Stop(name)) << "nothing to stop is success";
-    EXPECT_TRUE(control.Control(name, SERVICE_CONTROL_PAUSE, &status)) << "nothing to pause is success";
-    EXPECT_FALSE(control.Control(name, SERVICE_CONTROL_CONTINUE, &status));
-
-    const char *argv[] = {"alpha", "beta gamma"};
-    ASSERT_TRUE(control.Start(name, 2, argv));
-    ASSERT_TRUE(WaitForState(name, SERVICE_RUNNING));
-    EXPECT_EQ("alpha\nbeta gamma\n", ReadText("C:\\tovrel-svc\\TovrelLife.args"));
-    EXPECT_TRUE(control.IsActive(name));
-    EXPECT_TRUE(control.Start(name, 0, nullptr)) << "a second start is success";
-    EXPECT_TRUE(control.Control(name, SERVICE_CONTROL_PAUSE, &status));
-    ASSERT_TRUE(WaitForState(name, SERVICE_PAUSED));
-    EXPECT_FALSE(control.IsActive(name)) << "a paused service is not active";
-    EXPECT_TRUE(control.Control(name, SERVICE_CONTROL_CONTINUE, &status));
-    ASSERT_TRUE(WaitForState(name, SERVICE_RUNNING));
-    EXPECT_TRUE(control.Stop(name)) << control.LastError;
-    EXPECT_TRUE(WaitForState(name, SERVICE_STOPPED));
-    EXPECT_EQ((SC_HANDLE)NULL, control.ServiceHandle);
-    EXPECT_EQ((SC_HANDLE)NULL, control.ManagerHandle);
-
-    info.DisplayName = "Changed";
-    EXPECT_FALSE(control.Create(info)) << "an existing service is not made again";
-    EXPECT_EQ("Tovrel Life", ReadServiceConfig(name).DisplayName) << "nor changed";
-}
-
 TEST(ServiceControl, CreatePassesEveryFieldAndTheTagByAddress)
 {
     ServiceCreateInfo given, defaults;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "message_box.h"
+#include "service/service_control.h"
 #include "service/service_exports.h"
 #include "service_test_support.h"
 
@@ -52,46 +53,6 @@ T Export(const char *name)
 typedef int(WINAPI *NameProc)(const char *);
 typedef void(CALLBACK *RunDllProc)(HWND, HINSTANCE, const char *, int);
 
-TEST(ServiceExports, PlainExportsDriveAFixtureService)
-{
-    const char name[] = "TovrelPlain";
-    std::string path = FixtureServicePath();
-    ServiceCreateInfo info;
-    info.ServiceName = name;
-    info.ServiceType = SERVICE_WIN32_OWN_PROCESS;
-    info.StartType = SERVICE_DEMAND_START;
-    info.BinaryPathName = path.c_str();
-    auto create = Export<int(WINAPI *)(ServiceCreateInfo *)>("Service_Create");
-    auto start = Export<int(WINAPI *)(const char *, DWORD, const char **)>("Service_Start");
-    NameProc isInstalled = Export<NameProc>("Service_IsInstalled"), isActive = Export<NameProc>("Service_IsActive");
-    NameProc stop = Export<NameProc>("Service_Stop"), stopStart = Export<NameProc>("Service_StopStart");
-
-    EXPECT_EQ(1, Export<int(WINAPI *)()>("Service_IsManagerAvailable")());
-    EXPECT_EQ(0, isInstalled(name));
-    EXPECT_EQ(0, stop(name)) << "a missing service cannot be stopped";
-    ASSERT_EQ(1, create(&info));
-    EXPECT_EQ(0, create(&info)) << "it exists now";
-    EXPECT_EQ(1, isInstalled(name));
-    EXPECT_EQ(0, isActive(name));
-    EXPECT_EQ(1, stopStart(name)) << "a stopped service is started";
-    ASSERT_TRUE(WaitForState(name, SERVICE_RUNNING));
-    EXPECT_EQ(1, isActive(name));
-    DWORD first = ServiceStatus(name).dwProcessId;
-    EXPECT_EQ(1, stop(name));
-    ASSERT_TRUE(WaitForState(name, SERVICE_STOPPED));
-    const char *argv[] = {"one"};
-    EXPECT_EQ(1, start(name, 1, argv));
-    ASSERT_TRUE(WaitForState(name, SERVICE_RUNNING));
-    EXPECT_EQ("one\n", ReadText("C:\\tovrel-svc\\TovrelPlain.args"));
-    EXPECT_NE(first, ServiceStatus(name).dwProcessId);
-    EXPECT_EQ(1, start(name, 0, nullptr)) << "already running is success";
-    // The start follows the stop at once: the manager's "already running"
-    // for a service still stopping counts as success.
-    EXPECT_EQ(1, stopStart(name));
-    EXPECT_EQ(1, stop(name));
-    EXPECT_TRUE(WaitForState(name, SERVICE_STOPPED));
-}
-
 TEST(ServiceExports, RunDllStartStopTakeTheTextAsItStands)
 {
     const char name[] = "TovrelText";
@@ -118,24 +79,90 @@ int RunDll32(const std::string &entryAndArguments)
                                     nullptr);
 }
 
-TEST(ServiceRunDll, StartStopAndStopStartThroughRunDll32)
+enum Via { ByControl, ByExport, ByRunDll32 };
+enum Action { Start, Stop, StopStart, Pause, Continue };
+
+// One call through one of the three ways in, 1 for success. rundll32 says
+// nothing of the entry's outcome, so its rows count on the state alone.
+int Call(Via via, Action action, const char *name)
 {
-    const char name[] = "TovrelRunDll";
-    ASSERT_TRUE(CreateFixtureService(name));
+    static const char *const entries[] = {"Start", "Stop", "StopStart"};
+    const char *argv[] = {"alpha", "beta gamma"};
+    CServiceControl control;
+    SERVICE_STATUS status = {};
+    if (via == ByRunDll32)
+        return RunDll32(std::string("Service_RunDll_") + entries[action] + " " + name) == 0;
+    if (via == ByExport && action == Start)
+        return Export<int(WINAPI *)(const char *, DWORD, const char **)>("Service_Start")(name, 2, argv);
+    if (via == ByExport)
+        return Export<NameProc>(action == Stop ? "Service_Stop" : "Service_StopStart")(name);
+    if (action == Start)
+        return control.Start(name, 2, argv);
+    if (action == Stop)
+        return control.Stop(name);
+    return control.Control(name, action == Pause ? SERVICE_CONTROL_PAUSE : SERVICE_CONTROL_CONTINUE, &status);
+}
+
+// The wrapper does not wait, so the test waits for each state change itself.
+TEST(ServiceLife, StartsAndStopsThroughTheWrapperTheExportsAndRunDll32)
+{
+    const char name[] = "TovrelLife", missing[] = "TovrelMissing";
+    std::string path = FixtureServicePath();
+    ServiceCreateInfo info;
+    info.ServiceName = name;
+    info.DisplayName = "Tovrel Life";
+    info.ServiceType = SERVICE_WIN32_OWN_PROCESS;
+    info.StartType = SERVICE_DEMAND_START;
+    info.BinaryPathName = path.c_str();
+    auto create = Export<int(WINAPI *)(ServiceCreateInfo *)>("Service_Create");
+    NameProc isInstalled = Export<NameProc>("Service_IsInstalled"), isActive = Export<NameProc>("Service_IsActive");
+    EXPECT_EQ(1, Export<int(WINAPI *)()>("Service_IsManagerAvailable")());
+    EXPECT_EQ(0, isInstalled(name));
+    ASSERT_EQ(1, create(&info));
+    EXPECT_EQ(1, isInstalled(name));
+    info.DisplayName = "Changed";
+    EXPECT_FALSE(CServiceControl().Create(info)) << "an existing service is not made again";
+    EXPECT_EQ(0, create(&info));
+    EXPECT_EQ("Tovrel Life", ReadServiceConfig(name).DisplayName) << "nor changed";
+
     const struct {
-        const char *Entry;
-        DWORD State;
-    } steps[] = {{"Start", SERVICE_RUNNING}, {"Stop", SERVICE_STOPPED}, {"StopStart", SERVICE_RUNNING},
-                 {"Stop", SERVICE_STOPPED}};
-    DWORD process = 0;
-    for (const auto &step : steps) {
-        EXPECT_EQ(0, RunDll32(std::string("Service_RunDll_") + step.Entry + " " + name)) << step.Entry;
-        ASSERT_TRUE(WaitForState(name, step.State)) << step.Entry;
-        DWORD now = ServiceStatus(name).dwProcessId;
-        if (step.State == SERVICE_RUNNING) {
-            EXPECT_NE(process, now) << "a new run of the service for " << step.Entry;
+        Via Through;
+        Action Do;
+        const char *Name;
+        int Result;
+        DWORD State;  // 0: not waited for
+    } steps[] = {
+        {ByControl, Stop, missing, 0, 0},          {ByExport, Stop, missing, 0, 0},
+        {ByControl, Start, missing, 0, 0},         {ByControl, Stop, name, 1, SERVICE_STOPPED},
+        {ByExport, Stop, name, 1, SERVICE_STOPPED}, {ByControl, Pause, name, 1, SERVICE_STOPPED},
+        {ByControl, Continue, name, 0, SERVICE_STOPPED}, {ByControl, Start, name, 1, SERVICE_RUNNING},
+        {ByControl, Start, name, 1, SERVICE_RUNNING}, {ByExport, Start, name, 1, SERVICE_RUNNING},
+        {ByControl, Pause, name, 1, SERVICE_PAUSED}, {ByControl, Continue, name, 1, SERVICE_RUNNING},
+        {ByControl, Stop, name, 1, SERVICE_STOPPED}, {ByExport, StopStart, name, 1, SERVICE_RUNNING},
+        {ByExport, Stop, name, 1, SERVICE_STOPPED}, {ByExport, Start, name, 1, SERVICE_RUNNING},
+        // The start follows the stop at once: the manager's "already running"
+        // for a service still stopping counts as success.
+        {ByExport, StopStart, name, 1, 0},         {ByExport, Stop, name, 1, SERVICE_STOPPED},
+        {ByRunDll32, Start, name, 1, SERVICE_RUNNING}, {ByRunDll32, Stop, name, 1, SERVICE_STOPPED},
+        {ByRunDll32, StopStart, name, 1, SERVICE_RUNNING}, {ByRunDll32, Stop, name, 1, SERVICE_STOPPED},
+    };
+    DWORD process = 0, state = SERVICE_STOPPED;
+    for (size_t i = 0; i < sizeof steps / sizeof *steps; ++i) {
+        const auto &step = steps[i];
+        DeleteFileA("C:\\tovrel-svc\\TovrelLife.args");
+        EXPECT_EQ(step.Result, Call(step.Through, step.Do, step.Name)) << i;
+        if (!step.State)
+            continue;
+        ASSERT_TRUE(WaitForState(name, step.State)) << i;
+        EXPECT_EQ(step.State == SERVICE_RUNNING, isActive(name) == 1) << i << ": a paused service is not active";
+        if (step.State == SERVICE_RUNNING && state == SERVICE_STOPPED) {
+            EXPECT_NE(process, ServiceStatus(name).dwProcessId) << i << ": a new run of the service";
+            process = ServiceStatus(name).dwProcessId;
+            if (step.Through != ByRunDll32 && step.Do == Start) {
+                EXPECT_EQ("alpha\nbeta gamma\n", ReadText("C:\\tovrel-svc\\TovrelLife.args")) << i;
+            }
         }
-        process = now;
+        state = step.State;
     }
 }
 
