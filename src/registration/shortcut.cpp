@@ -48,6 +48,16 @@ bool IsTextField(int field)
     }
 }
 
+// A spec at an INF directory id and a folder below it; an unknown id leaves
+// the folder alone, relative to the current directory.
+void PlaceUnder(CPrinterInf &printer, CFileSpec &spec, const char *root, const char *folder)
+{
+    char directory[CBoundedString::Capacity] = "";
+    printer.FindDirectoryId(std::atol(root), directory);
+    spec.SetPath(directory);
+    spec.AppendDirectory(folder);
+}
+
 }  // namespace
 
 CShortcut::CShortcut() : ShellLink(NULL), PersistFile(NULL), ComInitialized(false)
@@ -163,10 +173,7 @@ int CPrinterInf::AddProgramGroup()
             CFileSpec target;
             target.Resolve(0);
             if (!fields[TargetRoot].IsEmpty()) {
-                directory[0] = 0;
-                FindDirectoryId(std::atol(fields[TargetRoot]), directory);
-                target.SetPath(directory);
-                target.AppendDirectory(fields[TargetFolder]);
+                PlaceUnder(*this, target, fields[TargetRoot], fields[TargetFolder]);
                 target.SetFileName(fields[TargetFile]);
                 link.SetPath(target.FullPath());
             }
@@ -177,10 +184,7 @@ int CPrinterInf::AddProgramGroup()
             CFileSpec workDir;
             workDir.Resolve(0);
             if (!fields[WorkingRoot].IsEmpty()) {
-                directory[0] = 0;
-                FindDirectoryId(std::atol(fields[WorkingRoot]), directory);
-                workDir.SetPath(directory);
-                workDir.AppendDirectory(fields[WorkingFolder]);
+                PlaceUnder(*this, workDir, fields[WorkingRoot], fields[WorkingFolder]);
             } else {
                 workDir.SetDirectory(target.DirectoryPath());
             }
@@ -192,10 +196,7 @@ int CPrinterInf::AddProgramGroup()
             if (!fields[IconRoot].IsEmpty() && !fields[IconIndex].IsEmpty()) {
                 CFileSpec icon;
                 icon.Resolve(0);
-                directory[0] = 0;
-                FindDirectoryId(std::atol(fields[IconRoot]), directory);
-                icon.SetPath(directory);
-                icon.AppendDirectory(fields[IconFolder]);
+                PlaceUnder(*this, icon, fields[IconRoot], fields[IconFolder]);
                 icon.SetFileName(fields[IconFile]);
                 link.ShellLink->SetIconLocation(icon.FullPath(), static_cast<int>(std::atol(fields[IconIndex])));
             }

@@ -55,12 +55,6 @@ struct CFileHandleTraits {
     static void Close(Type value) { CloseHandle(value); }
 };
 
-struct CKernelHandleTraits {
-    typedef HANDLE Type;
-    static Type Invalid() { return NULL; }
-    static void Close(Type value) { CloseHandle(value); }
-};
-
 struct CFindHandleTraits {
     typedef HANDLE Type;
     static Type Invalid() { return INVALID_HANDLE_VALUE; }
@@ -86,7 +80,6 @@ struct CPrinterHandleTraits {
 };
 
 typedef CUniqueHandle<CFileHandleTraits> CFileHandle;
-typedef CUniqueHandle<CKernelHandleTraits> CKernelHandle;
 typedef CUniqueHandle<CFindHandleTraits> CFindHandle;
 typedef CUniqueHandle<CLibraryTraits> CLibrary;
 typedef CUniqueHandle<CRegistryKeyTraits> CRegistryHandle;
