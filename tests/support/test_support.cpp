@@ -2,10 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <fstream>
 #include <sstream>
 
 namespace {
+
+// Under WINEDEBUG=-all a program that dies leaves only what it had flushed:
+// unbuffered, the log shows how far it got.
+const int UnbufferedOutput = (std::setvbuf(stdout, NULL, _IONBF, 0), 0);
 
 std::string UnixToWine(const char *unixPath)
 {
