@@ -143,11 +143,14 @@ FNFREE(BareFree)
 {
     free(pv);
 }
+// Targets are opened the cheapest way Wine has: OPEN_ALWAYS, because
+// CREATE_ALWAYS costs more even for a file that is not there yet.
 FNOPEN(BareOpen)
 {
-    bool write = (oflag & (_O_WRONLY | _O_RDWR)) != 0;
-    HANDLE file = CreateFileA(pszFile, write ? GENERIC_WRITE : GENERIC_READ, FILE_SHARE_READ, NULL,
-                              (oflag & _O_CREAT) ? CREATE_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, NULL);
+    bool create = (oflag & _O_CREAT) != 0;
+    HANDLE file = CreateFileA(pszFile, create ? GENERIC_WRITE : GENERIC_READ, FILE_SHARE_READ, NULL,
+                              create ? OPEN_ALWAYS : OPEN_EXISTING,
+                              FILE_ATTRIBUTE_NORMAL | (create ? FILE_FLAG_SEQUENTIAL_SCAN : 0), NULL);
     return file == INVALID_HANDLE_VALUE ? -1 : reinterpret_cast<INT_PTR>(file);
 }
 FNREAD(BareRead)
@@ -169,18 +172,9 @@ FNSEEK(BareSeek)
     return SetFilePointer(reinterpret_cast<HANDLE>(hf), dist, NULL, seektype);
 }
 
-// What a bare run adds per file, to weigh the calls the extractor makes
-// around each file on their own.
-enum {
-    BareAttributes = 1,  // attributes cleared before the open and set after the close
-    BareTimes = 2,       // the file opened again after the close to set its times
-};
-
 struct CBareState {
     std::string Out;
     std::string Next;
-    int Calls;
-    std::string Current;
 };
 
 FNFDINOTIFY(BareNotify)
@@ -191,32 +185,16 @@ FNFDINOTIFY(BareNotify)
         state->Next = pfdin->psz1;
         return 0;
     case fdintCOPY_FILE:
-        state->Current = state->Out + pfdin->psz1;
-        if (state->Calls & BareAttributes)
-            SetFileAttributesA(state->Current.c_str(), FILE_ATTRIBUTE_NORMAL);
-        return BareOpen(const_cast<char *>(state->Current.c_str()), _O_CREAT | _O_WRONLY, 0);
+        return BareOpen(const_cast<char *>((state->Out + pfdin->psz1).c_str()), _O_CREAT | _O_WRONLY, 0);
     case fdintCLOSE_FILE_INFO:
         BareClose(pfdin->hf);
-        if (state->Calls & BareTimes) {
-            HANDLE file = CreateFileA(state->Current.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, NULL,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, NULL);
-            if (file != INVALID_HANDLE_VALUE) {
-                FILETIME local, universal;
-                DosDateTimeToFileTime(pfdin->date, pfdin->time, &local);
-                LocalFileTimeToFileTime(&local, &universal);
-                SetFileTime(file, &universal, NULL, &universal);
-                CloseHandle(file);
-            }
-        }
-        if (state->Calls & BareAttributes)
-            SetFileAttributesA(state->Current.c_str(), pfdin->attribs & 0x27);
         return 1;
     default:
         return 0;
     }
 }
 
-bool ExtractBare(const std::string &directory, int calls)
+bool ExtractWithBareFdiCopy(const std::string &directory)
 {
     HMODULE library = LoadLibraryA("cabinet.dll");
     typedef HFDI(DIAMONDAPI * CreateProc)(PFNALLOC, PFNFREE, PFNOPEN, PFNREAD, PFNWRITE, PFNCLOSE, PFNSEEK, int,
@@ -228,7 +206,7 @@ bool ExtractBare(const std::string &directory, int calls)
     DestroyProc destroy = reinterpret_cast<DestroyProc>(reinterpret_cast<void *>(GetProcAddress(library, "FDIDestroy")));
     ERF erf;
     HFDI fdi = create(BareAlloc, BareFree, BareOpen, BareRead, BareWrite, BareClose, BareSeek, cpu80386, &erf);
-    CBareState state = {Out(directory), "set0.cab", calls, ""};
+    CBareState state = {Out(directory), "set0.cab"};
     bool ok = true;
     // Member by member: a file running into the next member is finished by
     // the decoder and reported there as partial, which is skipped.
@@ -243,26 +221,6 @@ bool ExtractBare(const std::string &directory, int calls)
     return ok;
 }
 
-bool ExtractWithBareFdiCopy(const std::string &directory)
-{
-    return ExtractBare(directory, 0);
-}
-
-bool ExtractWithBareAttributes(const std::string &directory)
-{
-    return ExtractBare(directory, BareAttributes);
-}
-
-bool ExtractWithBareTimes(const std::string &directory)
-{
-    return ExtractBare(directory, BareTimes);
-}
-
-bool ExtractWithBareAttributesAndTimes(const std::string &directory)
-{
-    return ExtractBare(directory, BareAttributes | BareTimes);
-}
-
 struct CFigure {
     const char *Name;
     bool (*Run)(const std::string &directory);
@@ -271,9 +229,6 @@ struct CFigure {
 const CFigure Figures[] = {
     {"extractor", ExtractWithExtractor},
     {"fdicopy", ExtractWithBareFdiCopy},
-    {"fdicopy+attributes", ExtractWithBareAttributes},
-    {"fdicopy+times", ExtractWithBareTimes},
-    {"fdicopy+attributes+times", ExtractWithBareAttributesAndTimes},
     {"copyfiles", ExtractWithCopyFiles},
 };
 

@@ -113,10 +113,15 @@ INT_PTR OnCopyFileNotification(CCabinet &cabinet, FDINOTIFICATION *notification)
     }
     char target[MAX_PATH];
     CopyBounded(target, path.c_str(), sizeof target);
-    SetFileAttributesA(target, FILE_ATTRIBUTE_NORMAL);
     // Write-only, binary, sequential, created if missing, shared both ways.
-    // No truncation: a longer existing file keeps its tail.
+    // No truncation: a longer existing file keeps its tail. An existing
+    // target whose attributes refuse the write (read-only) has them cleared
+    // and is opened again. Clearing them up front would cost a lookup of a
+    // name that is almost never there, which in a full directory takes
+    // longer than decoding the file.
     INT_PTR handle = CabOpen(target, 0x8121, 0x180);
+    if (handle == -1 && errno == EACCES && SetFileAttributesA(target, FILE_ATTRIBUTE_NORMAL))
+        handle = CabOpen(target, 0x8121, 0x180);
     cabinet.CurrentFile = path.c_str();
     cabinet.OpenedIn = CurrentMemberIndex(cabinet);
     return handle;
@@ -129,18 +134,29 @@ INT_PTR OnCloseFileNotification(CCabinet &cabinet, FDINOTIFICATION *notification
     USHORT attributes = notification->attribs;
     if (!cabinet.OnCloseFileInfo(notification->psz1, &date, &time, &attributes))
         return -1;
+    // The cabinet's times, taken as local time, go on the handle that wrote
+    // the file, before it is closed: nothing writes to it after that, so
+    // they stay. Only a handle that refuses them makes the file open again.
+    FILETIME local, universal;
+    bool timed = DosDateTimeToFileTime(date, time, &local) && LocalFileTimeToFileTime(&local, &universal);
+    HANDLE written = reinterpret_cast<HANDLE>(notification->hf);
+    bool timesSet = timed && SetFileTime(written, &universal, NULL, &universal);
     CabClose(notification->hf);
-
-    HANDLE file = CreateFileA(cabinet.CurrentFile, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, NULL,
-                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, NULL);
-    if (file != INVALID_HANDLE_VALUE) {
-        FILETIME local, universal;
-        if (DosDateTimeToFileTime(date, time, &local) && LocalFileTimeToFileTime(&local, &universal))
+    if (timed && !timesSet) {
+        HANDLE file = CreateFileA(cabinet.CurrentFile, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, NULL,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, NULL);
+        if (file != INVALID_HANDLE_VALUE) {
             SetFileTime(file, &universal, NULL, &universal);
-        CloseHandle(file);
+            CloseHandle(file);
+        }
     }
-    SetFileAttributesA(cabinet.CurrentFile, attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN |
-                                                          FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE));
+    // Read-only, hidden, system and archive, and nothing else. A file that
+    // already shows exactly these (most do: a new file is archive) is not
+    // set again.
+    DWORD wanted =
+        attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE);
+    if (GetFileAttributesA(cabinet.CurrentFile) != (wanted ? wanted : FILE_ATTRIBUTE_NORMAL))
+        SetFileAttributesA(cabinet.CurrentFile, wanted);
     cabinet.ClosedIn = CurrentMemberIndex(cabinet);
     return cabinet.OnFileExtracted(notification->psz1) ? 1 : -1;
 }

@@ -205,6 +205,7 @@ TEST(CabinetExtract, SingleCabinetWithTimesAttributesAndNames)
         {"plain.txt", 0x20, FILE_ATTRIBUTE_ARCHIVE},
         {"readonly.dll", 0x21 | 0x40, FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_ARCHIVE},
         {"utf-flag.bin", 0x01 | 0x80, FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_ARCHIVE},
+        {"hidden.sys", 0x26, FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE},
     };
     std::vector<CCabinetEntry> files;
     for (const auto &e : entries) {
@@ -217,7 +218,7 @@ TEST(CabinetExtract, SingleCabinetWithTimesAttributesAndNames)
     CCabinetExtractor extractor;
     CCabinetInfo info;
     EXPECT_EQ(1, extractor.IsCabinet(members[0].c_str(), &info));
-    EXPECT_EQ(3, info.cFiles);
+    EXPECT_EQ(4, info.cFiles);
     extractor.SetDestination((directory + "target").c_str());
     EXPECT_EQ(1, extractor.Extract(members[0].c_str(), 1));
     EXPECT_EQ(1, extractor.LastCabinet);
@@ -234,7 +235,7 @@ TEST(CabinetExtract, SingleCabinetWithTimesAttributesAndNames)
         EXPECT_EQ(StoredDate, date) << e.name;
         EXPECT_EQ(StoredTime, time) << e.name;
     }
-    EXPECT_EQ((std::vector<std::string>{"utf-flag.bin", "readonly.dll", "plain.txt"}), PopAll(extractor));
+    EXPECT_EQ((std::vector<std::string>{"hidden.sys", "utf-flag.bin", "readonly.dll", "plain.txt"}), PopAll(extractor));
 }
 
 TEST(CabinetExtract, EmptyBrokenAndOverwrittenCabinets)
