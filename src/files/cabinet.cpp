@@ -136,20 +136,12 @@ INT_PTR OnCloseFileNotification(CCabinet &cabinet, FDINOTIFICATION *notification
         return -1;
     // The cabinet's times, taken as local time, go on the handle that wrote
     // the file, before it is closed: nothing writes to it after that, so
-    // they stay. Only a handle that refuses them makes the file open again.
+    // they stay, and the file need not be opened again for them. A time
+    // that cannot be set is let go.
     FILETIME local, universal;
-    bool timed = DosDateTimeToFileTime(date, time, &local) && LocalFileTimeToFileTime(&local, &universal);
-    HANDLE written = reinterpret_cast<HANDLE>(notification->hf);
-    bool timesSet = timed && SetFileTime(written, &universal, NULL, &universal);
+    if (DosDateTimeToFileTime(date, time, &local) && LocalFileTimeToFileTime(&local, &universal))
+        SetFileTime(reinterpret_cast<HANDLE>(notification->hf), &universal, NULL, &universal);
     CabClose(notification->hf);
-    if (timed && !timesSet) {
-        HANDLE file = CreateFileA(cabinet.CurrentFile, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, NULL,
-                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, NULL);
-        if (file != INVALID_HANDLE_VALUE) {
-            SetFileTime(file, &universal, NULL, &universal);
-            CloseHandle(file);
-        }
-    }
     // Read-only, hidden, system and archive, and nothing else. A file that
     // already shows exactly these (most do: a new file is archive) is not
     // set again.

@@ -285,14 +285,28 @@ TEST(CabinetExtract, RelativeDirectoryInStoredNameIsNotCreated)
     EXPECT_EQ("inner", ReadText(directory + "target\\sub\\inner.txt"));
 }
 
-// Three hand-written members, each with whole files: a1 a2 | b1 | c1.
-class CabinetSet : public ::testing::Test {
+// A set in a fresh scratch directory, extracted into its "target" by a fresh
+// recording extractor: each case of a test starts from nothing.
+class CabinetWalk : public ::testing::Test {
 protected:
-    void Write(bool diskNames)
+    void Prepare()
     {
         Directory = ScratchDirectory();
         Target = Directory + "target\\";
         CreateDirectoryA(Target.c_str(), NULL);
+        Extractor.reset(new CRecordingExtractor);
+        Extractor->SetDestination(Target.c_str());
+    }
+    std::string Directory, Target;
+    std::unique_ptr<CRecordingExtractor> Extractor;
+};
+
+// Three hand-written members, each with whole files: a1 a2 | b1 | c1.
+class CabinetSet : public CabinetWalk {
+protected:
+    void Write(bool diskNames)
+    {
+        Prepare();
         auto disk = [&](int i) { return diskNames ? "disk" + std::to_string(i) : std::string(); };
         ASSERT_TRUE(WriteStoredCabinet(Directory + "set0.cab", {Stored("a1", "A1"), Stored("a2", "A2")},
                                        CStoredSetPlace{0, "", "", "set1.cab", disk(1)}));
@@ -300,12 +314,8 @@ protected:
                                        CStoredSetPlace{1, "set0.cab", disk(0), "set2.cab", disk(2)}));
         ASSERT_TRUE(WriteStoredCabinet(Directory + "set2.cab", {Stored("c1", "C1")},
                                        CStoredSetPlace{2, "set1.cab", disk(1), "", ""}));
-        Extractor.reset(new CRecordingExtractor);
-        Extractor->SetDestination(Target.c_str());
     }
     int Extract(int followSet) { return Extractor->Extract((Directory + "set0.cab").c_str(), followSet); }
-    std::string Directory, Target;
-    std::unique_ptr<CRecordingExtractor> Extractor;
 };
 
 TEST_F(CabinetSet, TheWalkFollowsOnlyDiskNamedSetsWhenAsked)
@@ -375,13 +385,11 @@ TEST_F(CabinetSet, AMissingOrWrongMemberEndsTheWalk)
 }
 
 // small | big (over a member's end) | tail, made by FCI in members of 60 KB.
-class CabinetSpan : public ::testing::Test {
+class CabinetSpan : public CabinetWalk {
 protected:
     void Make(bool diskNames)
     {
-        Directory = ScratchDirectory();
-        Target = Directory + "target\\";
-        CreateDirectoryA(Target.c_str(), NULL);
+        Prepare();
         Contents = {{"small.bin", Pattern(10000, 1)}, {"big.bin", Pattern(100000, 2)}, {"tail.bin", Pattern(5000, 3)}};
         std::vector<CCabinetEntry> entries;
         for (const auto &file : Contents) {
@@ -390,13 +398,9 @@ protected:
         }
         Members = MakeCabinetSet(CCabinetSetPlan{Directory, "span", diskNames, 60000, 0}, entries);
         ASSERT_GE(Members.size(), 2u);
-        Extractor.reset(new CRecordingExtractor);
-        Extractor->SetDestination(Target.c_str());
     }
-    std::string Directory, Target;
     std::vector<std::pair<std::string, std::string>> Contents;
     std::vector<std::string> Members;
-    std::unique_ptr<CRecordingExtractor> Extractor;
 };
 
 TEST_F(CabinetSpan, TheRunningFileIsAlwaysFinished)

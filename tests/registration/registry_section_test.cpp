@@ -20,10 +20,7 @@ int AddRegistry(CPrinterInf &printer, const std::string &lines)
     for (HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER})
         DeleteKeyTree(root, "Software\\Tovrel Tests");
     DeleteKeyTree(HKEY_LOCAL_MACHINE, Record);
-    std::string path = ScratchDirectory() + "addreg.inf";
-    WriteText(path, "[Version]\r\nClass=Printer\r\n[Reg]\r\n" + lines);
-    EXPECT_TRUE(printer.Load(path.c_str()));
-    printer.Model = CBoundedString("Acme Laser");
+    LoadModelInf(printer, ScratchDirectory() + "addreg.inf", "[Reg]\r\n" + lines);
     printer.AddRegSections = CBoundedString("Reg");
     return printer.AddRegistry();
 }

@@ -29,11 +29,8 @@ protected:
     int Run(const std::string &registerFiles) { return Run(Printer, registerFiles, "Install"); }
     int Run(CPrinterInf &printer, const std::string &registerFiles, const char *installSection)
     {
-        std::string path = Scratch + "selfreg.inf";
-        WriteText(path, "[Version]\r\nClass=Printer\r\n[Install]\r\nRegisterFiles=" + registerFiles +
-                            "\r\n[Strings]\r\nSecond=selfreg_b.dll\r\n");
-        EXPECT_TRUE(printer.Load(path.c_str()));
-        printer.Model = CBoundedString("Acme Laser");
+        LoadModelInf(printer, Scratch + "selfreg.inf",
+                     "[Install]\r\nRegisterFiles=" + registerFiles + "\r\n[Strings]\r\nSecond=selfreg_b.dll\r\n");
         printer.InstallSection = CBoundedString(installSection);
         return printer.RegisterFiles();
     }

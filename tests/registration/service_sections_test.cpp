@@ -14,10 +14,7 @@ const std::string Services = "SOFTWARE\\Halvern\\Plenarc\\6.0\\Uninstall Data\\A
 int InstallServices(const std::string &text)
 {
     CPrinterInf printer;
-    std::string path = ScratchDirectory() + "services.inf";
-    WriteText(path, "[Version]\r\nClass=Printer\r\n" + text);
-    EXPECT_TRUE(printer.Load(path.c_str()));
-    printer.Model = CBoundedString("Acme Laser");
+    LoadModelInf(printer, ScratchDirectory() + "services.inf", text);
     printer.InstallSection = CBoundedString("Inst");
     return printer.InstallServices();
 }

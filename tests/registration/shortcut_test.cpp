@@ -78,11 +78,9 @@ protected:
     int Run(const std::string &lines) { return Run(Printer, lines); }
     int Run(CPrinterInf &printer, const std::string &lines)
     {
-        std::string path = Scratch + "group.inf";
-        WriteText(path, "[Version]\r\nClass=Printer\r\n[Group]\r\n" + lines +
-                            "[Strings]\r\nDesc=\"Token Desc\"\r\nTarget=tok.exe\r\nArgs=\"/token\"\r\nId=70010\r\n");
-        EXPECT_TRUE(printer.Load(path.c_str()));
-        printer.Model = CBoundedString("Acme Laser");
+        LoadModelInf(printer, Scratch + "group.inf",
+                     "[Group]\r\n" + lines +
+                         "[Strings]\r\nDesc=\"Token Desc\"\r\nTarget=tok.exe\r\nArgs=\"/token\"\r\nId=70010\r\n");
         printer.ProgramGroupSections = CBoundedString("Group");
         printer.DirectoryIds[70010] = CBoundedString((Scratch + "groups\\").c_str());
         printer.DirectoryIds[70011] = CBoundedString((Scratch + "target\\").c_str());

@@ -6,6 +6,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "entry/printer_inf.h"
+
 namespace {
 
 // Under WINEDEBUG=-all a program that dies leaves only what it had flushed:
@@ -104,4 +106,11 @@ std::string BinaryDirectory()
     GetModuleFileNameA(NULL, path, MAX_PATH);
     std::string directory = path;
     return directory.substr(0, directory.find_last_of('\\') + 1);
+}
+
+void LoadModelInf(CPrinterInf &printer, const std::string &path, const std::string &sections)
+{
+    WriteText(path, "[Version]\r\nClass=Printer\r\n" + sections);
+    EXPECT_TRUE(printer.Load(path.c_str()));
+    printer.Model = CBoundedString("Acme Laser");
 }

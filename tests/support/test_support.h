@@ -16,6 +16,12 @@ std::string ReadText(const std::string &path);
 bool PathExists(const std::string &path);
 void DeleteTree(const std::string &path);
 
+class CPrinterInf;
+// Writes a printer INF of the given sections behind its [Version] to path and
+// loads it into printer, whose model becomes "Acme Laser", as Install has it
+// by the time the stages run.
+void LoadModelInf(CPrinterInf &printer, const std::string &path, const std::string &sections);
+
 // A file under tests/fixtures of the source tree, as Wine sees it.
 std::string FixturePath(const std::string &relative);
 // The directory of the running test program, where the build puts tovrel.dll
