@@ -16,14 +16,16 @@ cmake --build --preset "$arch" --target tovrel repair_cli selfreg_a versioned_2_
 
 scripts/wine-prefix.sh winxp
 root=$(tovrel_wine_root)
-job="$root/main-job"
+job="$root/main-job-$arch"
 [ -d "$job/prefix" ] && WINEPREFIX="$job/prefix" wineserver -k >/dev/null 2>&1 || true
 rm -rf "$job"
 cp -a "$root/templates/$arch-winxp" "$job"
 export HOME="$job/home" WINEPREFIX="$job/prefix"
 trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
-wine() { "$TOVREL_WINE" "$@" 2>/dev/null | tr -d '\r'; }
-query() { wine reg query "$@" | grep -v '^$' || echo "(none)"; }
+# Named apart from the commands they wrap: where TOVREL_WINE is plain "wine",
+# a function called wine would call itself without end.
+run_wine() { "$TOVREL_WINE" "$@" 2>/dev/null | tr -d '\r'; }
+query() { run_wine reg query "$@" | grep -v '^$' || echo "(none)"; }
 
 bin="build/$arch/bin"
 c="$WINEPREFIX/drive_c"
@@ -42,7 +44,7 @@ cp "$OLDPWD/$bin/selfreg_a.dll" plenreg.dll
 cp "$OLDPWD/$bin/versioned_2_0_0_0.dll" plenver.dll
 cp "$OLDPWD/$bin/tovrel_monitor.dll" tovrel_monitor.dll
 cp "$OLDPWD/$bin/fixture_service.exe" plensvc.exe
-wine cabarc -m mszip N PLENARC.CAB ./* >/dev/null
+run_wine cabarc -m mszip N PLENARC.CAB ./* >/dev/null
 mv PLENARC.CAB "$drivers/"
 cd "$OLDPWD"
 echo "== PLENARC.CAB in the driver directory: $(ls "$job/cab" | tr '\n' ' ')"

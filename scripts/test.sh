@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # The test command: installs what is missing, builds the text core natively
 # (sanitized) and tovrel.dll for both Windows architectures, then runs every
-# test. Extra arguments go to the Windows ctest run (for example -R inf_tests).
+# test: the main job on each Wine architecture the host runs, and every test
+# program under Wine. Extra arguments go to the Windows ctest run alone (for
+# example -R inf_tests), and the main job is then left out.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -27,6 +29,10 @@ for arch in win32 win64; do
     cmake --preset "$arch" >/dev/null
     cmake --build --preset "$arch"
 done
+
+if [ $# -eq 0 ]; then
+    scripts/check-main-job.sh
+fi
 
 echo "== tests under Wine ($TOVREL_WINE_ARCH prefixes, build $TOVREL_WINE_ARCH)"
 [ "$TOVREL_WINE_ARCH" = win32 ] || echo "note: this machine runs no 32-bit user code; the x86_64 build stands in for the i686 one"

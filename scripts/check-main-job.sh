@@ -1,0 +1,70 @@
+#!/usr/bin/env bash
+# Runs the main job on every Wine architecture this host can run (the one
+# scripts/wine-env.sh picks and, where that is win32, win64 as well) and
+# fails unless each run exits 0 within its time and its report shows the
+# printer, the driver, the files, the service and the uninstall tree.
+#   check-main-job.sh [SECONDS]    time allowed for one run (default 900)
+set -uo pipefail
+cd "$(dirname "$0")/.."
+limit=${1:-900}
+. scripts/wine-env.sh
+arches=("$TOVREL_WINE_ARCH")
+[ "$TOVREL_WINE_ARCH" = win32 ] && arches+=(win64)
+
+# The lines of one "== TITLE" part of the report.
+report_part() {
+    awk -v title="$2" 'index($0, "== ") == 1 { inside = index($0, "== " title) == 1; next } inside' "$1"
+}
+
+# Fails the check with a message unless the part holds a line matching PATTERN.
+expect() {
+    local log=$1 part=$2 pattern=$3
+    if ! report_part "$log" "$part" | grep -Eq -- "$pattern"; then
+        echo "check-main-job: '$part' lacks /$pattern/" >&2
+        return 1
+    fi
+}
+
+check_report() {
+    local log=$1 arch=$2 env_name env_dir ok=0
+    if [ "$arch" = win64 ]; then env_name="Windows x64" env_dir=x64; else env_name="Windows NT x86" env_dir=w32x86; fi
+    expect "$log" "a second Repair" "^Repair ran through to its end" || ok=1
+    expect "$log" "the printer in the spooler" "Printer Driver +REG_SZ +Plenarc Demo 600$" || ok=1
+    expect "$log" "the printer in the spooler" "IsPlenarcValid +REG_DWORD +0x1$" || ok=1
+    expect "$log" "the driver in the spooler" "Environments.$env_name.Drivers.Version-3.Plenarc Demo 600$" || ok=1
+    expect "$log" "the driver in the spooler" "^ +Driver +REG_SZ +PLENARC.DRV$" || ok=1
+    expect "$log" "the language monitor" "Driver +REG_SZ +tovrel_monitor.dll$" || ok=1
+    # Every file of the cabinet, in both of its destinations.
+    local files
+    files=$(report_part "$log" "files put in place")
+    if [ "$(echo "$files" | grep -c .)" -lt 8 ] || echo "$files" | grep -Ev "system32 $env_dir.3$" | grep -q .; then
+        echo "check-main-job: files not in place:" >&2
+        echo "$files" >&2
+        ok=1
+    fi
+    expect "$log" "the service" "ImagePath +REG_SZ +C:.windows.system32.plensvc.exe$" || ok=1
+    expect "$log" "the uninstall tree" "Uninstall Data.Plenarc Demo 600.files$" || ok=1
+    expect "$log" "the uninstall tree" "spool.drivers.$env_dir.3.PLENARC.DRV +REG_SZ +1$" || ok=1
+    expect "$log" "the uninstall tree" "Uninstall Data.Plenarc Demo 600.services$" || ok=1
+    return $ok
+}
+
+status=0
+for arch in "${arches[@]}"; do
+    log=build/main-job-$arch.log
+    mkdir -p build
+    echo "== main job, $arch (at most $limit s)"
+    start=$SECONDS
+    TOVREL_WINE_ARCH=$arch timeout "$limit" scripts/main-job.sh >"$log" 2>&1
+    code=$?
+    if [ $code -ne 0 ]; then
+        echo "check-main-job: $arch run exited $code after $((SECONDS - start)) s; its output:" >&2
+        tail -40 "$log" >&2
+        status=1
+    elif ! check_report "$log" "$arch"; then
+        status=1
+    else
+        echo "main job $arch: passed in $((SECONDS - start)) s (report in $log)"
+    fi
+done
+exit $status
