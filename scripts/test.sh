@@ -40,3 +40,10 @@ echo "== tests under Wine ($TOVREL_WINE_ARCH prefixes, build $TOVREL_WINE_ARCH)"
 # about ten, not reproduced since); a second failure of the same program is a
 # real one.
 ctest --preset "$TOVREL_WINE_ARCH" --repeat until-pass:2 "$@"
+
+# Where the host runs 32-bit code, the x86_64 build is tested as well, so
+# that both kinds of host stay covered by every run.
+if [ "$TOVREL_WINE_ARCH" = win32 ] && [ $# -eq 0 ]; then
+    echo "== tests under Wine (win64 prefixes, build win64)"
+    TOVREL_WINE_ARCH=win64 ctest --preset win64 --repeat until-pass:2
+fi
