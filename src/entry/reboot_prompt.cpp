@@ -4,19 +4,14 @@
 
 #include "entry/module.h"
 #include "inf/os_version.h"
+#include "support/handles.h"
 
 CStringTable::CStringTable(HINSTANCE module) : Module(module), RingIndex(0)
 {
     Buffer[0] = 0;
-    for (int i = 0; i < RingSize; ++i)
-        Ring[i] = NULL;
 }
 
-CStringTable::~CStringTable()
-{
-    for (int i = 0; i < RingSize; ++i)
-        delete[] Ring[i];
-}
+CStringTable::~CStringTable() {}
 
 const char *CStringTable::Load(int id)
 {
@@ -25,19 +20,16 @@ const char *CStringTable::Load(int id)
     if (length < 0)
         length = 0;
     RingIndex = (RingIndex + 1) % RingSize;
-    delete[] Ring[RingIndex];
-    Ring[RingIndex] = new char[length + 1];
-    std::memcpy(Ring[RingIndex], Buffer, length);
-    Ring[RingIndex][length] = 0;
-    return Ring[RingIndex];
+    Ring[RingIndex].assign(Buffer, static_cast<size_t>(length));
+    return Ring[RingIndex].c_str();
 }
 
 namespace {
 
 void EnableShutdownPrivilege()
 {
-    HANDLE token = NULL;
-    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES | TOKEN_QUERY, &token))
+    CKernelHandle token;
+    if (!OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES | TOKEN_QUERY, token.Put()))
         return;
     TOKEN_PRIVILEGES privileges;
     ZeroMemory(&privileges, sizeof privileges);
@@ -45,8 +37,7 @@ void EnableShutdownPrivilege()
     privileges.PrivilegeCount = 1;
     privileges.Privileges[0].Attributes = SE_PRIVILEGE_ENABLED;
     // A refusal shows as a failed ExitWindowsEx, which the user is told of.
-    AdjustTokenPrivileges(token, FALSE, &privileges, 0, NULL, NULL);
-    CloseHandle(token);
+    AdjustTokenPrivileges(token.Get(), FALSE, &privileges, 0, NULL, NULL);
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <string>
+
 #include "inf/bounded_string.h"
 
 enum {
@@ -25,7 +27,7 @@ public:
 
     HINSTANCE Module;
     char Buffer[BufferSize];
-    char *Ring[RingSize];
+    std::string Ring[RingSize];
     int RingIndex;
 
 private:

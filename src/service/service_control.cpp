@@ -1,6 +1,6 @@
 #include "service/service_control.h"
 
-CServiceControl::CServiceControl() : ServiceHandle(NULL), ManagerHandle(NULL), LastError(0) {}
+CServiceControl::CServiceControl() : LastError(0) {}
 
 CServiceControl::~CServiceControl()
 {
@@ -9,12 +9,8 @@ CServiceControl::~CServiceControl()
 
 void CServiceControl::Close()
 {
-    if (ServiceHandle)
-        CloseServiceHandle(ServiceHandle);
-    if (ManagerHandle)
-        CloseServiceHandle(ManagerHandle);
-    ServiceHandle = NULL;
-    ManagerHandle = NULL;
+    ServiceHandle.Reset();
+    ManagerHandle.Reset();
 }
 
 bool CServiceControl::Open(const char *name)
@@ -22,15 +18,15 @@ bool CServiceControl::Open(const char *name)
     Close();
     // Always the full masks: a caller that may not manage services gets
     // nothing, rather than an answer that a later call cannot act on.
-    ManagerHandle = OpenSCManagerA(NULL, NULL, SC_MANAGER_ALL_ACCESS);
-    if (!ManagerHandle) {
+    ManagerHandle.Reset(OpenSCManagerA(NULL, NULL, SC_MANAGER_ALL_ACCESS));
+    if (!ManagerHandle.IsValid()) {
         LastError = GetLastError();
         return false;
     }
     if (!name || !*name)
         return true;
-    ServiceHandle = OpenServiceA(ManagerHandle, name, SERVICE_ALL_ACCESS);
-    if (!ServiceHandle) {
+    ServiceHandle.Reset(OpenServiceA(ManagerHandle.Get(), name, SERVICE_ALL_ACCESS));
+    if (!ServiceHandle.IsValid()) {
         LastError = GetLastError();
         return false;
     }
@@ -53,7 +49,7 @@ bool CServiceControl::IsInstalled(const char *name)
 
 bool CServiceControl::QueryStatus(const char *name, SERVICE_STATUS *status)
 {
-    bool result = Open(name) && QueryServiceStatus(ServiceHandle, status);
+    bool result = Open(name) && QueryServiceStatus(ServiceHandle.Get(), status);
     Close();
     return result;
 }
@@ -78,7 +74,7 @@ bool CServiceControl::Start(const char *name, DWORD argc, const char **argv)
 {
     bool result = false;
     if (Open(name)) {
-        result = StartServiceA(ServiceHandle, argc, argv) != FALSE;
+        result = StartServiceA(ServiceHandle.Get(), argc, argv) != FALSE;
         if (!result && GetLastError() == ERROR_SERVICE_ALREADY_RUNNING)
             result = true;
     }
@@ -90,7 +86,7 @@ bool CServiceControl::Control(const char *name, DWORD code, SERVICE_STATUS *stat
 {
     bool result = false;
     if (Open(name)) {
-        result = ControlService(ServiceHandle, code, status) != FALSE;
+        result = ControlService(ServiceHandle.Get(), code, status) != FALSE;
         if (!result) {
             LastError = GetLastError();
             // Nothing to stop or pause is what the caller wanted anyway.
@@ -116,11 +112,11 @@ bool CServiceControl::Create(ServiceCreateInfo &info)
         return false;
     bool result = false;
     if (Open(NULL)) {
-        ServiceHandle = CreateServiceA(ManagerHandle, info.ServiceName, info.DisplayName, info.DesiredAccess,
-                                       info.ServiceType, info.StartType, info.ErrorControl, info.BinaryPathName,
-                                       info.LoadOrderGroup, info.TagId ? &info.TagId : NULL, info.Dependencies,
-                                       info.ServiceStartName, info.Password);
-        if (ServiceHandle)
+        ServiceHandle.Reset(CreateServiceA(ManagerHandle.Get(), info.ServiceName, info.DisplayName,
+                                           info.DesiredAccess, info.ServiceType, info.StartType, info.ErrorControl,
+                                           info.BinaryPathName, info.LoadOrderGroup, info.TagId ? &info.TagId : NULL,
+                                           info.Dependencies, info.ServiceStartName, info.Password));
+        if (ServiceHandle.IsValid())
             result = true;
         else
             LastError = GetLastError();

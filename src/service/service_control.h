@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include "support/handles.h"
 #include "tovrel.h"
 
 class CServiceControl {
@@ -25,8 +26,9 @@ public:
     bool Stop(const char *name);
     bool Create(ServiceCreateInfo &info);
 
-    SC_HANDLE ServiceHandle;
-    SC_HANDLE ManagerHandle;
+    // In this order, so that the service is closed before its manager.
+    CServiceHandle ManagerHandle;
+    CServiceHandle ServiceHandle;
     // Error of the last failed open, control or create; kept for a debugger,
     // never read back.
     DWORD LastError;

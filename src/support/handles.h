@@ -55,6 +55,19 @@ struct CFileHandleTraits {
     static void Close(Type value) { CloseHandle(value); }
 };
 
+// Kernel objects that give NULL, not INVALID_HANDLE_VALUE, for none: tokens.
+struct CKernelHandleTraits {
+    typedef HANDLE Type;
+    static Type Invalid() { return NULL; }
+    static void Close(Type value) { CloseHandle(value); }
+};
+
+struct CServiceHandleTraits {
+    typedef SC_HANDLE Type;
+    static Type Invalid() { return NULL; }
+    static void Close(Type value) { CloseServiceHandle(value); }
+};
+
 struct CFindHandleTraits {
     typedef HANDLE Type;
     static Type Invalid() { return INVALID_HANDLE_VALUE; }
@@ -80,6 +93,8 @@ struct CPrinterHandleTraits {
 };
 
 typedef CUniqueHandle<CFileHandleTraits> CFileHandle;
+typedef CUniqueHandle<CKernelHandleTraits> CKernelHandle;
+typedef CUniqueHandle<CServiceHandleTraits> CServiceHandle;
 typedef CUniqueHandle<CFindHandleTraits> CFindHandle;
 typedef CUniqueHandle<CLibraryTraits> CLibrary;
 typedef CUniqueHandle<CRegistryKeyTraits> CRegistryHandle;

@@ -19,8 +19,8 @@ TEST(ServiceControl, NoNameOrAMissingServiceFailsAndLeavesNothingOpen)
         EXPECT_FALSE(control.IsActive(name)) << name;
         EXPECT_FALSE(control.Start(name, 0, nullptr)) << name;
         EXPECT_FALSE(control.Stop(name)) << name;
-        EXPECT_EQ((SC_HANDLE)NULL, control.ServiceHandle) << name;
-        EXPECT_EQ((SC_HANDLE)NULL, control.ManagerHandle) << name;
+        EXPECT_FALSE(control.ServiceHandle.IsValid()) << name;
+        EXPECT_FALSE(control.ManagerHandle.IsValid()) << name;
     }
     EXPECT_EQ(static_cast<DWORD>(ERROR_SERVICE_DOES_NOT_EXIST), control.LastError);
 }
