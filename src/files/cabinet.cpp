@@ -30,6 +30,19 @@ FdiCopyProc FdiCopy;
 FdiIsCabinetProc FdiIsCabinet;
 FdiDestroyProc FdiDestroy;
 
+// The target the decoder is writing, from its fdintCOPY_FILE to its
+// fdintCLOSE_FILE_INFO. The decoder's write and close callbacks carry no
+// object, so this too is shared. Handle is -1 once the file is closed, by
+// whoever closed it: a decoder that fails part-way may close the target
+// through CabClose itself (Wine's does) or leave it open.
+struct COpenTarget {
+    bool Unfinished;
+    INT_PTR Handle;
+    ULONG Expected;  // the size the cabinet gives the file
+    ULONG Written;
+};
+COpenTarget OpenTarget = {false, -1, 0, 0};
+
 bool IsSeparator(char c)
 {
     return c == '\\' || c == '/';
@@ -95,6 +108,27 @@ void ReachFollowingMember(CCabinet &cabinet)
     cabinet.ReachedIndex = cabinet.FollowingIndex;
 }
 
+// The directory part of Destination, with its separator: the text up to
+// its last separator.
+std::string DestinationDirectory(const CCabinet &cabinet)
+{
+    size_t separator = cabinet.Destination.Text.find_last_of("\\/");
+    return separator == std::string::npos ? std::string() : cabinet.Destination.Text.substr(0, separator + 1);
+}
+
+// After a pass: a target the decoder opened and did not finish is closed,
+// unless the decoder closed it already, and deleted, so that nothing half
+// written is left for anyone to find.
+void DiscardUnfinishedTarget(CCabinet &cabinet)
+{
+    if (!OpenTarget.Unfinished)
+        return;
+    if (OpenTarget.Handle != -1)
+        CabClose(OpenTarget.Handle);
+    DeleteFileA(cabinet.CurrentFile);
+    OpenTarget = COpenTarget{false, -1, 0, 0};
+}
+
 INT_PTR NotifyResult(int given)
 {
     return given ? 0 : -1;
@@ -111,8 +145,16 @@ INT_PTR OnCopyFileNotification(CCabinet &cabinet, FDINOTIFICATION *notification)
         cabinet.LastFileSkipped = 1;
         return 0;
     }
+    cabinet.OpenedIn = CurrentMemberIndex(cabinet);
+    // Whatever the cabinet calls the file and whatever an override made of
+    // it, the target lies inside the destination. A name that is absolute,
+    // climbs out, names a device or does not fit is refused as a missing
+    // directory would be, before anything touches a file.
     char target[MAX_PATH];
-    CopyBounded(target, path.c_str(), sizeof target);
+    if (!ResolveInside(target, sizeof target, DestinationDirectory(cabinet).c_str(), path.c_str())) {
+        errno = ENOENT;
+        return -1;
+    }
     // Write-only, binary, sequential, created if missing, shared both ways.
     // No truncation: a longer existing file keeps its tail. An existing
     // target whose attributes refuse the write (read-only) has them cleared
@@ -122,8 +164,9 @@ INT_PTR OnCopyFileNotification(CCabinet &cabinet, FDINOTIFICATION *notification)
     INT_PTR handle = CabOpen(target, 0x8121, 0x180);
     if (handle == -1 && errno == EACCES && SetFileAttributesA(target, FILE_ATTRIBUTE_NORMAL))
         handle = CabOpen(target, 0x8121, 0x180);
-    cabinet.CurrentFile = path.c_str();
-    cabinet.OpenedIn = CurrentMemberIndex(cabinet);
+    cabinet.CurrentFile = target;
+    if (handle != -1)
+        OpenTarget = COpenTarget{true, handle, static_cast<ULONG>(notification->cb), 0};
     return handle;
 }
 
@@ -134,6 +177,11 @@ INT_PTR OnCloseFileNotification(CCabinet &cabinet, FDINOTIFICATION *notification
     USHORT attributes = notification->attribs;
     if (!cabinet.OnCloseFileInfo(notification->psz1, &date, &time, &attributes))
         return -1;
+    // A decoder that gives up inside a file may still report it closed
+    // (Wine's does when data runs short): short of its size it is no file
+    // to install, and Extract deletes it.
+    if (OpenTarget.Written < OpenTarget.Expected)
+        return -1;
     // The cabinet's times, taken as local time, go on the handle that wrote
     // the file, before it is closed: nothing writes to it after that, so
     // they stay, and the file need not be opened again for them. A time
@@ -142,6 +190,7 @@ INT_PTR OnCloseFileNotification(CCabinet &cabinet, FDINOTIFICATION *notification
     if (DosDateTimeToFileTime(date, time, &local) && LocalFileTimeToFileTime(&local, &universal))
         SetFileTime(reinterpret_cast<HANDLE>(notification->hf), &universal, NULL, &universal);
     CabClose(notification->hf);
+    OpenTarget.Unfinished = false;
     // Read-only, hidden, system and archive, and nothing else. A file that
     // already shows exactly these (most do: a new file is archive) is not
     // set again.
@@ -340,6 +389,8 @@ UINT __cdecl CabWrite(INT_PTR handle, void *buffer, UINT count)
         errno = (error == ERROR_HANDLE_DISK_FULL || error == ERROR_DISK_FULL) ? ENOSPC : EBADF;
         return static_cast<UINT>(-1);
     }
+    if (handle == OpenTarget.Handle)
+        OpenTarget.Written += written;
     return written;
 }
 
@@ -375,6 +426,8 @@ LONG __cdecl CabSeek(INT_PTR handle, LONG offset, int origin)
 int __cdecl CabClose(INT_PTR handle)
 {
     errno = 0;
+    if (handle == OpenTarget.Handle)
+        OpenTarget.Handle = -1;
     if (!CloseHandle(reinterpret_cast<HANDLE>(handle))) {
         errno = EBADF;
         return -1;
@@ -462,9 +515,9 @@ int CCabinet::OnCabinetInfo(int setId, const char *cabinetPath, const char *next
 
 int CCabinet::OnCopyFile(const char *name, long size, std::string &path, int &skip)
 {
-    CPathString target = Destination;
-    target.SetFileName(name);
-    path = target.Text;
+    // Put together as text and never cut: a name too long for a path must
+    // reach the open, which refuses it, rather than become a shorter name.
+    path = DestinationDirectory(*this) + (name ? name : "");
     return 1;
 }
 
@@ -547,6 +600,7 @@ int CCabinet::Extract(const char *path, int followSet)
 
         BOOL result = FdiCopy(Context, name, directory, 0, reinterpret_cast<PFNFDINOTIFY>(GetNotifyFunction()),
                               NULL, this);
+        DiscardUnfinishedTarget(*this);
         if (!followSet || !result)
             return result;
         if (LastCabinet && OpenedIn == ClosedIn)

@@ -122,3 +122,101 @@ char *EnsureTrailingBackslash(char *text)
     }
     return text;
 }
+
+namespace {
+
+bool IsPathSeparator(char c)
+{
+    return c == '\\' || c == '/';
+}
+
+bool SameLetters(const char *text, const char *upper, size_t n)
+{
+    for (size_t i = 0; i < n; ++i) {
+        char c = text[i];
+        if (c >= 'a' && c <= 'z')
+            c = static_cast<char>(c - 'a' + 'A');
+        if (c != upper[i])
+            return false;
+    }
+    return true;
+}
+
+// The system reads a device into a name by the text before its first dot,
+// blanks at its end dropped, wherever the name stands; the digit of COM and
+// LPT may also be a superscript 1, 2 or 3 of the ANSI code page.
+bool IsDeviceName(const char *part, size_t n)
+{
+    size_t stem = 0;
+    while (stem < n && part[stem] != '.')
+        ++stem;
+    while (stem && part[stem - 1] == ' ')
+        --stem;
+    static const char *const devices[] = {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"};
+    for (const char *device : devices)
+        if (stem == std::strlen(device) && SameLetters(part, device, stem))
+            return true;
+    if (stem != 4 || !(SameLetters(part, "COM", 3) || SameLetters(part, "LPT", 3)))
+        return false;
+    return (part[3] >= '1' && part[3] <= '9') || (part[3] && std::strchr("\xB9\xB2\xB3", part[3]));
+}
+
+// "...", ". " and the like: the system drops trailing dots and blanks, and
+// what such a part then means is not worth guessing.
+bool IsOnlyDotsAndBlanks(const char *part, size_t n)
+{
+    for (size_t i = 0; i < n; ++i)
+        if (part[i] != '.' && part[i] != ' ')
+            return false;
+    return true;
+}
+
+size_t Refuse(char *out)
+{
+    out[0] = 0;
+    return 0;
+}
+
+}  // namespace
+
+size_t ResolveInside(char *out, size_t size, const char *directory, const char *path)
+{
+    if (!out || !size)
+        return 0;
+    if (!directory || !path)
+        return Refuse(out);
+    size_t base = std::strlen(directory);
+    while (base && IsPathSeparator(directory[base - 1]))
+        --base;
+    if (!base || base >= size || std::strncmp(path, directory, base) || !IsPathSeparator(path[base]))
+        return Refuse(out);
+    const char *rest = path + base + 1;
+    if (IsPathSeparator(*rest) || std::strchr(rest, ':'))
+        return Refuse(out);
+
+    std::memcpy(out, directory, base);
+    size_t length = base;
+    while (*rest) {
+        const char *end = rest;
+        while (*end && !IsPathSeparator(*end))
+            ++end;
+        size_t n = static_cast<size_t>(end - rest);
+        if (n == 2 && rest[0] == '.' && rest[1] == '.') {
+            if (length == base)
+                return Refuse(out);
+            while (out[--length] != '\\') {
+            }
+        } else if (n && !(n == 1 && rest[0] == '.')) {
+            if (IsOnlyDotsAndBlanks(rest, n) || IsDeviceName(rest, n) || length + 1 + n >= size)
+                return Refuse(out);
+            out[length++] = '\\';
+            std::memcpy(out + length, rest, n);
+            length += n;
+        }
+        rest = *end ? end + 1 : end;
+    }
+    if (length == base)
+        return Refuse(out);
+    out[length] = 0;
+    return length;
+}

@@ -33,4 +33,15 @@ char *ReplaceIllegalChars(char *text, char substitute);
 // The caller leaves room for one more character.
 char *EnsureTrailingBackslash(char *text);
 
+// Resolves a path that must lie inside directory, on its text alone: after
+// the directory's own text, "." parts and repeated separators (either kind)
+// go and ".." takes back the part before it; the parts are joined with
+// backslashes into out. Gives the length, or 0 with out empty when the path
+// does not begin with the directory, the rest is absolute (rooted, a drive,
+// UNC, \\?\ or \\.\) or has a colon, a ".." climbs above the directory, a
+// part names a device (CON, PRN, AUX, NUL, COM1-9, LPT1-9, CONIN$, CONOUT$,
+// with or without an extension) or is only dots and blanks, nothing names a
+// file, or the result does not fit size-1 characters.
+size_t ResolveInside(char *out, size_t size, const char *directory, const char *path);
+
 #endif

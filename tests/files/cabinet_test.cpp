@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <map>
 #include <memory>
 #include <string>
@@ -38,6 +39,22 @@ std::vector<std::string> PopAll(CCabinetExtractor &extractor)
     char out[260];
     while (extractor.PopExtractedName(out))
         names.push_back(out);
+    return names;
+}
+
+// The names in a directory, without "." and "..".
+std::vector<std::string> Entries(const std::string &directory)
+{
+    std::vector<std::string> names;
+    WIN32_FIND_DATAA found;
+    HANDLE find = FindFirstFileA((directory + "*").c_str(), &found);
+    if (find == INVALID_HANDLE_VALUE)
+        return names;
+    do
+        if (strcmp(found.cFileName, ".") && strcmp(found.cFileName, ".."))
+            names.push_back(found.cFileName);
+    while (FindNextFileA(find, &found));
+    FindClose(find);
     return names;
 }
 
@@ -285,6 +302,74 @@ TEST(CabinetExtract, RelativeDirectoryInStoredNameIsNotCreated)
     EXPECT_EQ("inner", ReadText(directory + "target\\sub\\inner.txt"));
 }
 
+TEST(CabinetExtract, EveryTargetStaysInsideTheDestination)
+{
+    const std::string base = ScratchDirectory(), work = base + "work\\", victim = base + "victim.txt";
+    const std::string names[] = {"..\\victim.txt", "../victim.txt", "sub\\..\\..\\victim.txt", "sub/../../victim.txt",
+                                 "sub\\../..\\victim.txt", victim, victim.substr(0, 2) + "victim.txt", victim.substr(2),
+                                 "\\\\localhost\\share\\victim.txt", "\\\\?\\" + victim, "\\\\.\\" + victim, "NUL",
+                                 "sub\\..\\con.txt", "Lpt1 .dat", std::string(MAX_PATH - work.size(), 'n') + ".txt"};
+    for (const std::string &name : names) {
+        DeleteTree(work);
+        CreateDirectoryA(work.c_str(), NULL);
+        SetFileAttributesA(victim.c_str(), FILE_ATTRIBUTE_NORMAL);
+        WriteText(victim, "the victim's own bytes");
+        SetFileAttributesA(victim.c_str(), FILE_ATTRIBUTE_READONLY);
+        ASSERT_TRUE(WriteStoredCabinet(base + "hostile.cab", {Stored("ok.txt", "fine"), Stored(name, "EVIL")}));
+        CCabinetExtractor extractor;
+        extractor.SetDestination(work.c_str());
+        EXPECT_EQ(0, extractor.Extract((base + "hostile.cab").c_str(), 1)) << name;
+        EXPECT_EQ(std::vector<std::string>{"ok.txt"}, PopAll(extractor)) << name;
+        EXPECT_EQ(std::vector<std::string>{"ok.txt"}, Entries(work)) << name;
+        EXPECT_EQ("the victim's own bytes", ReadText(victim)) << name;
+        EXPECT_NE(0u, GetFileAttributesA(victim.c_str()) & FILE_ATTRIBUTE_READONLY) << name;
+    }
+    ASSERT_TRUE(WriteStoredCabinet(base + "inside.cab", {Stored("sub\\..\\.\\ok.txt", "fine")}));
+    CCabinetExtractor extractor;
+    extractor.SetDestination(work.c_str());
+    EXPECT_EQ(1, extractor.Extract((base + "inside.cab").c_str(), 1));
+    EXPECT_EQ("fine", ReadText(work + "ok.txt"));
+}
+
+// Used as the copy stage uses it: extracted into a fresh work directory, the
+// names it gives deleted, the directory removed.
+TEST(CabinetExtract, ACorruptCabinetLeavesNothingBehind)
+{
+    const std::string base = ScratchDirectory(), work = base + "work\\";
+    const std::string good = StoredCabinetBytes({Stored("one.txt", Pattern(3000, 4))});
+    const size_t dataBlock = good.size() - 3000 - 8;  // the one data block's header
+    auto cut = [&](size_t at) { return good.substr(0, at); };
+    auto put = [&](size_t at, char value) {  // at 36 the folder's data offset, at 42 its compression
+        std::string bytes = good;
+        bytes[at] = value;
+        return bytes;
+    };
+    const std::pair<const char *, std::string> cases[] = {
+        {"cut in the data", cut(good.size() - 100)},
+        {"cut before the data block", cut(dataBlock)},
+        {"cut in the data block's header", cut(dataBlock + 4)},
+        {"data offset", put(37, 0x7f)},
+        {"compression", put(42, 7)},
+        {"300 characters of name", StoredCabinetBytes({Stored(std::string(300, 'n'), "x")})},
+    };
+    for (const auto &c : cases) {
+        WriteBytes(base + "corrupt.cab", c.second.data(), c.second.size());
+        CreateDirectoryA(work.c_str(), NULL);
+        {
+            CCabinetExtractor extractor;
+            extractor.SetDestination(work.c_str());
+            EXPECT_EQ(0, extractor.Extract((base + "corrupt.cab").c_str(), 1)) << c.first;
+            EXPECT_TRUE(extractor.ExtractedNames.empty()) << c.first << ": nothing whole to install";
+            char name[MAX_PATH];
+            while (extractor.PopExtractedName(name))
+                DeleteFileA((work + name).c_str());
+        }
+        RemoveDirectoryA(work.c_str());
+        EXPECT_FALSE(PathExists(work)) << c.first;
+        DeleteTree(work);
+    }
+}
+
 // A set in a fresh scratch directory, extracted into its "target" by a fresh
 // recording extractor: each case of a test starts from nothing.
 class CabinetWalk : public ::testing::Test {
@@ -441,6 +526,9 @@ TEST_F(CabinetSpan, MissingNextMemberForARunningFileEndsTheCopy)
     EXPECT_EQ(0, std::count(Extractor->PromptErrors.begin() + 1, Extractor->PromptErrors.end(), 0));
     EXPECT_EQ("span1.cab", Extractor->PromptCabinets.back());
     EXPECT_TRUE(ReadText(Target + "small.bin") == Contents[0].second);
+    // The decoder reports the cut-off file closed all the same; it is not kept.
+    EXPECT_EQ((std::vector<std::string>{"small.bin"}), PopAll(*Extractor));
+    EXPECT_FALSE(PathExists(Target + "big.bin"));
 }
 
 }  // namespace

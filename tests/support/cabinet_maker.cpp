@@ -221,7 +221,7 @@ std::vector<std::string> MakeCabinetSet(const CCabinetSetPlan &plan, const std::
     return members;
 }
 
-bool WriteStoredCabinet(const std::string &path, const std::vector<CStoredFile> &files, const CStoredSetPlace &place)
+std::string StoredCabinetBytes(const std::vector<CStoredFile> &files, const CStoredSetPlace &place)
 {
     unsigned flags = 0;
     std::string links;
@@ -238,7 +238,7 @@ bool WriteStoredCabinet(const std::string &path, const std::vector<CStoredFile> 
     for (const CStoredFile &file : files)
         data += file.Content;
     if (data.size() > 0x8000)
-        return false;
+        return std::string();
 
     const unsigned long headerSize = 36 + links.size();
     const unsigned long folderSize = files.empty() ? 0 : 8;
@@ -285,7 +285,14 @@ bool WriteStoredCabinet(const std::string &path, const std::vector<CStoredFile> 
         PutWord(out, static_cast<unsigned>(data.size()));
         out += data;
     }
+    return out;
+}
 
+bool WriteStoredCabinet(const std::string &path, const std::vector<CStoredFile> &files, const CStoredSetPlace &place)
+{
+    std::string out = StoredCabinetBytes(files, place);
+    if (out.empty())
+        return false;
     HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, 0, NULL, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, NULL);
     if (file == INVALID_HANDLE_VALUE)
         return false;

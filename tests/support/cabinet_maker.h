@@ -53,6 +53,9 @@ struct CStoredFile {
 
 // One uncompressed cabinet of one folder (files up to 32 KiB together),
 // written without any library. No files gives a cabinet without folders.
+// The same cabinet as bytes, to be damaged before it is written; empty when
+// the files are too large.
+std::string StoredCabinetBytes(const std::vector<CStoredFile> &files, const CStoredSetPlace &place = CStoredSetPlace());
 bool WriteStoredCabinet(const std::string &path, const std::vector<CStoredFile> &files,
                         const CStoredSetPlace &place = CStoredSetPlace());
 
