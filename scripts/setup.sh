@@ -13,6 +13,9 @@ have x86_64-w64-mingw32-g++-posix || need+=(g++-mingw-w64-x86-64-posix)
 have i686-w64-mingw32-windres || need+=(binutils-mingw-w64-i686)
 have g++ || need+=(g++)
 [ -f /usr/src/googletest/CMakeLists.txt ] || need+=(googletest)
+# scripts/fuzz.sh: clang with its libFuzzer and sanitizer runtimes.
+have clang++ || need+=(clang)
+dpkg -s libclang-rt-14-dev >/dev/null 2>&1 || need+=(libclang-rt-14-dev)
 have xvfb-run || need+=(xvfb)
 # scripts/screenshots.sh: xwd grabs the virtual screen, ImageMagick makes PNGs.
 have xwd || need+=(x11-apps)

@@ -11,6 +11,10 @@ int CCommandLine::Parse(const char *text)
     Text = CBoundedString(text);
     if (Text.IsEmpty())
         return 0;
+    // A longer line would be cut inside its last word, which then names
+    // another file or printer: such a line is refused whole.
+    if (text[Text.Length()])
+        return 0;
 
     CBoundedString work(Text);
     char *piece = work.Text;

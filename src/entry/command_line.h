@@ -17,7 +17,8 @@ public:
     CCommandLine() {}
     explicit CCommandLine(const char *text) { Parse(text); }
 
-    // A null or empty text means the process's own command line.
+    // A null or empty text means the process's own command line. A text over
+    // 259 characters gives no groups.
     int Parse(const char *text);
     // Values of the first group with that key, or -1 if no group has it.
     int Find(const char *key) const;

@@ -37,6 +37,8 @@ public:
     // Resolves a whole-value %token% from the locale's Strings sections, of
     // this store or, given a path, of that file through the profile calls.
     int ExpandToken(const char *text, char *out, const char *profile);
+    // The same from this store alone, for a given locale; needs no platform.
+    int ExpandStoreToken(const char *text, char *out, unsigned long locale);
     // The normal read of a value: names and value resolved, and a key found
     // whether or not the file quotes it.
     int GetValue(const char *section, const char *key, char *out, const char *defaultValue);

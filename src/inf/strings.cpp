@@ -5,56 +5,21 @@
 
 namespace {
 
-const char StringsWord[] = "Strings";
-
-bool IsToken(const char *text)
+int ReadProfile(void *source, const char *section, const char *token, char *out, const char *)
 {
-    size_t length = lstrlenA(text);
-    return length && text[0] == '%' && text[length - 1] == '%';
+    // The count of characters copied: an empty entry counts as not found.
+    return static_cast<int>(GetPrivateProfileStringA(section, token, "", out, CBoundedString::Capacity,
+                                                     static_cast<const char *>(source)));
 }
 
 }  // namespace
 
-void FormStringsSections(unsigned long locale, CBoundedString (&names)[StringsSectionCount])
-{
-    // wsprintfA writes at most 1024 characters; ours are a handful.
-    char text[1025];
-    wsprintfA(text, "%s.%04x", StringsWord, static_cast<unsigned>(locale));
-    names[0] = CBoundedString(text);
-    wsprintfA(text, "%s.%04x", StringsWord, static_cast<unsigned>(locale & 0x3ff));
-    names[1] = CBoundedString(text);
-    names[2] = CBoundedString(StringsWord);
-}
-
 int CInfFile::ExpandToken(const char *text, char *out, const char *profile)
 {
-    if (!text || !*text || !out)
-        return 0;
-    // The caller may hand in the same buffer for text and out.
-    CBoundedString original(text);
-    if (!IsToken(original)) {
-        CopyBounded(out, original, CBoundedString::Capacity);
-        return 0;
-    }
-    CBoundedString token(original);
-    StripChar(token, '%');
-
-    CBoundedString sections[StringsSectionCount];
-    FormStringsSections(GetThreadLocale(), sections);
-    int result = 0;
-    for (int i = 0; i < StringsSectionCount && !result; ++i) {
-        if (profile)
-            result = static_cast<int>(
-                GetPrivateProfileStringA(sections[i], token, "", out, CBoundedString::Capacity, profile));
-        else
-            result = LookupKey(sections[i], token, out, original);
-    }
-    if (!result) {
-        CopyBounded(out, original, CBoundedString::Capacity);
-        return 0;
-    }
-    StripChar(out, '"');
-    return result;
+    unsigned long locale = GetThreadLocale();
+    if (!profile)
+        return ExpandStoreToken(text, out, locale);
+    return ResolveToken(text, out, locale, ReadProfile, const_cast<char *>(profile));
 }
 
 int CInfFile::GetValue(const char *section, const char *key, char *out, const char *defaultValue)

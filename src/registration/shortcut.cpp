@@ -60,7 +60,7 @@ void PlaceUnder(CPrinterInf &printer, CFileSpec &spec, const char *root, const c
 
 }  // namespace
 
-CShortcut::CShortcut() : ShellLink(NULL), PersistFile(NULL), ComInitialized(false)
+CShortcut::CShortcut()
 {
     HRESULT result = Initialize();
     if (FAILED(result)) {
@@ -69,31 +69,17 @@ CShortcut::CShortcut() : ShellLink(NULL), PersistFile(NULL), ComInitialized(fals
     }
 }
 
-CShortcut::~CShortcut()
-{
-    if (ShellLink)
-        ShellLink->Release();
-    if (PersistFile)
-        PersistFile->Release();
-    if (ComInitialized)
-        CoUninitialize();
-}
+CShortcut::~CShortcut() {}
 
 HRESULT CShortcut::Initialize()
 {
-    if (!ComInitialized) {
-        // S_FALSE only says that COM runs on this thread already; it still
-        // wants its CoUninitialize.
-        HRESULT result = CoInitialize(NULL);
-        if (FAILED(result))
-            return result;
-    }
-    ComInitialized = true;
-    HRESULT result = CoCreateInstance(CLSID_ShellLink, NULL, CLSCTX_INPROC_SERVER, IID_IShellLinkA,
-                                      reinterpret_cast<void **>(&ShellLink));
+    HRESULT result = Com.Join();
     if (FAILED(result))
         return result;
-    return ShellLink->QueryInterface(IID_IPersistFile, reinterpret_cast<void **>(&PersistFile));
+    result = CoCreateInstance(CLSID_ShellLink, NULL, CLSCTX_INPROC_SERVER, IID_IShellLinkA, ShellLink.Put());
+    if (FAILED(result))
+        return result;
+    return ShellLink->QueryInterface(IID_IPersistFile, PersistFile.Put());
 }
 
 bool CShortcut::SetDescription(const char *text) { return SUCCEEDED(ShellLink->SetDescription(Text(text))); }
@@ -109,16 +95,22 @@ bool CShortcut::SetArguments(const char *text) { return SUCCEEDED(ShellLink->Set
 
 bool CShortcut::Save(const char *path)
 {
-    if (!ShellLink || !PersistFile)
+    if (!ShellLink.IsValid() || !PersistFile.IsValid())
         return false;
     char description[257] = "";
     ShellLink->GetDescription(description, sizeof description);
+    // The file is named by the description: without one there is no name,
+    // and every such line would overwrite one file called ".lnk".
+    if (!description[0])
+        return false;
 
-    // The description is the file name as it stands, dots and all.
+    // The description is the file name as it stands, dots and all. A path
+    // that doesn't fit is refused, never cut into another name.
     char drive[PathDriveSize], directory[PathPartSize];
     SplitPath(Text(path), drive, directory, NULL, NULL);
-    char file[MAX_PATH];
-    MakePath(file, sizeof file, drive, directory, description, ".lnk");
+    char file[2 * MAX_PATH];
+    if (MakePath(file, sizeof file, drive, directory, description, ".lnk") >= MAX_PATH)
+        return false;
 
     WCHAR wide[MAX_PATH];
     wide[0] = 0;

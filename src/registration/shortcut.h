@@ -5,6 +5,8 @@
 #include <windows.h>
 #include <shlobj.h>
 
+#include "support/com.h"
+
 // What CShortcut throws when COM or the link object can't be had.
 struct CShortcutException {
     HRESULT Result;
@@ -26,9 +28,12 @@ public:
     // Writes the link into the folder of path, named by its description.
     bool Save(const char *path);
 
-    IShellLinkA *ShellLink;
-    IPersistFile *PersistFile;
-    bool ComInitialized;
+    // Destroyed in reverse order of declaration: both interfaces are released
+    // before the apartment is left, whether the destructor runs or the
+    // constructor throws after taking any of them.
+    CComApartment Com;
+    CComPointer<IPersistFile> PersistFile;
+    CComPointer<IShellLinkA> ShellLink;
 
 private:
     CShortcut(const CShortcut &);

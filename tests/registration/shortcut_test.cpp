@@ -8,6 +8,7 @@
 #include "entry/printer_inf.h"
 #include "registration/shortcut.h"
 #include "registry_support.h"
+#include "support/handles.h"
 #include "test_support.h"
 
 namespace {
@@ -135,7 +136,9 @@ TEST_F(AddProgramGroupTest, ShortLinesUnknownRootsAndMissingGroupLevels)
                            "70010,,Root Only,70011,bin,tool.exe",
                            "70010,,Root Only,70011,,tok.exe",
                            "70010,Missing\\Deeper,Lost,70011,bin,tool.exe",
-                           "70010,Made,Kept,70011,bin,tool.exe"};
+                           "70010,Made,Kept,70011,bin,tool.exe",
+                           "70010,,,70011,bin,tool.exe",
+                           "70010,, ,70011,,tok.exe"};
     std::string text;
     for (const char *line : lines)
         text += std::string(line) + "\r\n";
@@ -151,13 +154,16 @@ TEST_F(AddProgramGroupTest, ShortLinesUnknownRootsAndMissingGroupLevels)
     // Only the last level of a group is made; a failed save ends nothing.
     EXPECT_FALSE(PathExists(Scratch + "groups\\Missing"));
     EXPECT_TRUE(PathExists(Scratch + "groups\\Made\\Kept.lnk"));
+    EXPECT_FALSE(PathExists(Scratch + "groups\\.lnk")) << "no description, no shortcut";
     for (const char *line : lines)
         EXPECT_TRUE(ReadStoredValue(HKEY_LOCAL_MACHINE, Shortcuts, line).Exists) << line;
 }
 
 // Joined to a multithreaded apartment, the thread can't take the link's
-// single-threaded one: the first line fails and nothing is on record.
-TEST_F(AddProgramGroupTest, AnEmptySectionOrAThreadInAnotherApartmentGivesZero)
+// single-threaded one: the first line fails and nothing is on record. With
+// the link's server missing the failure comes after CoInitialize, which
+// must not stay in force: the thread can join a multithreaded apartment then.
+TEST_F(AddProgramGroupTest, AnEmptySectionAThreadInAnotherApartmentOrNoLinkServerGivesZero)
 {
     EXPECT_EQ(0, Run(""));
     ASSERT_TRUE(SUCCEEDED(CoInitializeEx(NULL, COINIT_MULTITHREADED)));
@@ -167,6 +173,25 @@ TEST_F(AddProgramGroupTest, AnEmptySectionOrAThreadInAnotherApartmentGivesZero)
     EXPECT_EQ(0, result);
     EXPECT_FALSE(PathExists(Scratch + "groups\\First.lnk"));
     EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, Shortcuts));
+
+    CRegistryHandle server;
+    ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExA(HKEY_CLASSES_ROOT,
+                                           "CLSID\\{00021401-0000-0000-C000-000000000046}\\InprocServer32", 0,
+                                           KEY_READ | KEY_WRITE, server.Put()));
+    char module[MAX_PATH] = "";
+    DWORD size = sizeof module;
+    ASSERT_EQ(ERROR_SUCCESS, RegQueryValueExA(server.Get(), NULL, NULL, NULL, (BYTE *)module, &size));
+    const char missing[] = "tovrel-missing.dll";
+    RegSetValueExA(server.Get(), NULL, 0, REG_SZ, (const BYTE *)missing, sizeof missing);
+    CPrinterInf noServer;
+    result = Run(noServer, "70010,,First,70011,bin,tool.exe\r\n");
+    HRESULT joined = CoInitializeEx(NULL, COINIT_MULTITHREADED);
+    if (SUCCEEDED(joined))
+        CoUninitialize();
+    RegSetValueExA(server.Get(), NULL, 0, REG_SZ, (const BYTE *)module, size);
+    EXPECT_EQ(0, result);
+    EXPECT_EQ(S_OK, joined) << "left in the link's apartment";
+    EXPECT_FALSE(PathExists(Scratch + "groups\\First.lnk"));
 }
 
 }  // namespace
