@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # The test command: installs what is missing, builds the text core natively
 # (sanitized) and tovrel.dll for both Windows architectures, then runs every
-# test: the main job on each Wine architecture the host runs, and every test
-# program under Wine. Extra arguments go to the Windows ctest run alone (for
-# example -R inf_tests), and the main job is then left out.
+# test: each fuzz target of the text core for 30 s, the main job on each Wine
+# architecture the host runs, and every test program under Wine. Extra arguments go to the Windows ctest run alone (for
+# example -R inf_tests), and the fuzzing and the main job are then left out.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -23,6 +23,11 @@ echo "== text core, native, address and undefined-behaviour sanitizers"
 cmake --preset native >/dev/null
 cmake --build --preset native
 ctest --preset native
+
+if [ $# -eq 0 ]; then
+    echo "== fuzzing the text core, 30 s a target"
+    scripts/fuzz.sh 30
+fi
 
 for arch in win32 win64; do
     echo "== tovrel.dll, $arch"

@@ -1,6 +1,7 @@
 // Path splitting and composing: parts that were not cut compose back to the
 // path, every out-buffer holds exactly what it was sized for, and the two
-// in-place repairs keep their promises.
+// in-place repairs keep their promises; a target resolved inside a directory
+// stays there.
 #include <cstring>
 #include <vector>
 
@@ -54,6 +55,25 @@ void CheckRepairs(const std::string &path)
     FUZZ_CHECK(std::strlen(text.data()) == n);
 }
 
+// Whatever a cabinet member is called, a target either lies inside the work
+// directory, in plain parts joined by backslashes and within its buffer, or
+// is refused with empty text.
+void CheckInside(const std::string &name, size_t size)
+{
+    const std::string directory = "C:\\work\\";
+    std::vector<char> out(size, 'x');
+    size_t n = ResolveInside(out.data(), size, directory.c_str(), (directory + name).c_str());
+    FUZZ_CHECK(std::strlen(out.data()) == n && n < size);
+    if (!n)
+        return;
+    std::string target(out.data());
+    FUZZ_CHECK(target.compare(0, directory.size(), directory) == 0 && target.size() > directory.size());
+    std::string rest = "\\" + target.substr(directory.size()) + "\\";
+    FUZZ_CHECK(rest.find_first_of("/:") == std::string::npos);
+    FUZZ_CHECK(rest.find("\\..\\") == std::string::npos && rest.find("\\.\\") == std::string::npos);
+    FUZZ_CHECK(rest.find("\\\\") == std::string::npos);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -78,5 +98,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     if (uncut && path.size() < CBoundedString::Capacity)
         FUZZ_CHECK(again.Make(CBoundedString::Capacity) == whole);
     CheckRepairs(path);
+    CheckInside(path, outSize);
     return 0;
 }
