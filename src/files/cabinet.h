@@ -15,6 +15,7 @@
 #include <string>
 
 #include "inf/bounded_string.h"
+#include "support/handles.h"
 
 // The decoder's error record (ERF): erfOper carries an FDIERROR code.
 struct CCabinetErf {
@@ -36,7 +37,8 @@ struct CCabinetInfo {
 };
 
 // The C-runtime-style layer the decoder reads and writes through: -1 and
-// errno on failure, errno cleared on entry.
+// errno on failure, errno cleared on entry. oflag and pmode are the C
+// runtime's _O_ flags and _S_IREAD/_S_IWRITE; pmode gives the sharing.
 void *__cdecl CabAlloc(ULONG size);
 void __cdecl CabFree(void *block);
 INT_PTR __cdecl CabOpen(char *path, int oflag, int pmode);
@@ -48,56 +50,38 @@ int __cdecl CabClose(INT_PTR handle);
 // is the CCabinet.
 INT_PTR __cdecl CabNotify(int code, void *notification);
 
-typedef void *(__cdecl *CabAllocFunction)(ULONG);
-typedef void(__cdecl *CabFreeFunction)(void *);
-typedef INT_PTR(__cdecl *CabOpenFunction)(char *, int, int);
-typedef UINT(__cdecl *CabReadFunction)(INT_PTR, void *, UINT);
-typedef UINT(__cdecl *CabWriteFunction)(INT_PTR, void *, UINT);
-typedef LONG(__cdecl *CabSeekFunction)(INT_PTR, LONG, int);
-typedef int(__cdecl *CabCloseFunction)(INT_PTR);
 typedef INT_PTR(__cdecl *CabNotifyFunction)(int, void *);
 
-// One path kept in a string, taken apart and put together by the rules of
-// _splitpath and _makepath.
-class CPathString {
-public:
-    CPathString() {}
-    CPathString(const char *text) : Text(text ? text : "") {}
-    CPathString(const CPathString &other) : Text(other.Text) {}
-    virtual ~CPathString() {}
+// A target from the decoder's fdintCOPY_FILE to its fdintCLOSE_FILE_INFO.
+// Handle is -1 once the file is closed, by whoever closed it: a decoder that
+// fails part-way may close the target through CabClose itself (Wine's does)
+// or leave it open.
+struct CCabinetTarget {
+    bool Unfinished;
+    INT_PTR Handle;
+    ULONG Expected;  // the size the cabinet gives the file
+    ULONG Written;
+};
 
-    CPathString &operator=(const CPathString &other)
-    {
-        Text = other.Text;
-        return *this;
-    }
-    CPathString &operator=(const char *text)
-    {
-        Text = text ? text : "";
-        return *this;
-    }
-    operator const char *() const { return Text.c_str(); }
+// The target the decoder is writing on this thread, while a pass runs: the
+// write and close callbacks carry no object, so they find it here.
+extern thread_local CCabinetTarget *DecodingTarget;
 
-    // Any argument may be null. The drive comes without its colon, the
-    // directory without its trailing backslash (unless it is the root alone),
-    // the extension without its dot.
-    void Split(std::string *drive, std::string *directory, std::string *name, std::string *extension) const;
-    void Compose(const char *drive, const char *directory, const char *name, const char *extension);
-    void GetDirectory(std::string &out) const;
-    void GetFileName(std::string &out) const;
-    void SetDirectory(const char *path);
-    void SetFileName(const char *file);
-    void SetToTempDirectory();
-    int Exists() const;
-
-    std::string Text;
+// The decoder's four entry points, as bound from the library.
+struct CCabinetDecoder {
+    FARPROC Create;
+    FARPROC Copy;
+    FARPROC IsCabinet;
+    FARPROC Destroy;
 };
 
 class CCabinetContext {
 public:
     CCabinetErf Erf;
     int Initialised;
-    CPathString CurrentDirectory;
+    // The member being worked on: its directory, with its trailing
+    // separator, and its file name.
+    std::string CurrentDirectory;
     std::string CabinetName;
 };
 
@@ -106,13 +90,6 @@ public:
     CCabinet();
     virtual ~CCabinet();
 
-    virtual CabAllocFunction GetAllocFunction() { return CabAlloc; }
-    virtual CabFreeFunction GetFreeFunction() { return CabFree; }
-    virtual CabOpenFunction GetOpenFunction() { return CabOpen; }
-    virtual CabReadFunction GetReadFunction() { return CabRead; }
-    virtual CabWriteFunction GetWriteFunction() { return CabWrite; }
-    virtual CabSeekFunction GetSeekFunction() { return CabSeek; }
-    virtual CabCloseFunction GetCloseFunction() { return CabClose; }
     virtual CabNotifyFunction GetNotifyFunction() { return CabNotify; }
 
     // Each gives 1 to go on, 0 to stop the decoder; the base class goes on.
@@ -136,10 +113,10 @@ public:
     // up on its own, whatever OnNextCabinet says.
     enum { MaxMemberPrompts = 3 };
 
-    CPathString FollowingCabinet;
+    std::string FollowingCabinet;
     std::string FollowingDisk;
     int FollowingIndex;
-    CPathString ReachedCabinet;
+    std::string ReachedCabinet;
     std::string ReachedDisk;
     int ReachedIndex;
     int LastFileSkipped;
@@ -148,15 +125,27 @@ public:
     int OpenedIn;
     int ClosedIn;
     int LastCabinet;
-    CPathString Destination;
-    CPathString CurrentFile;
+    // The directory to extract into, with its trailing separator.
+    std::string Destination;
+    std::string CurrentFile;
     // Prompts for the member the decoder is waiting for, since it last
     // reached one.
     int MemberPrompts;
+    CCabinetTarget Target;
 
 private:
     CCabinet(const CCabinet &);
     CCabinet &operator=(const CCabinet &);
+
+    void Bind();
+    void StartAt(const std::string &member);
+    bool FindReachedMember(std::string &searchDirectory, CCabinetInfo &info);
+    int CheckMember(const std::string &candidate, CCabinetInfo &info);
+    BOOL RunPass(const CCabinetInfo &info);
+    void DiscardUnfinishedTarget();
+
+    CLibrary Library;
+    CCabinetDecoder Decoder;
 };
 
 class CCabinetExtractor : public CCabinet {

@@ -220,3 +220,27 @@ size_t ResolveInside(char *out, size_t size, const char *directory, const char *
     out[length] = 0;
     return length;
 }
+
+size_t FileNameOffset(const char *path, LeadBytePredicate isLeadByte)
+{
+    if (!path)
+        return 0;
+    size_t start = path[0] && path[1] == ':' ? 2 : 0;
+    size_t offset = start;
+    for (size_t i = start; path[i]; ++i) {
+        unsigned char c = static_cast<unsigned char>(path[i]);
+        if (isLeadByte && isLeadByte(c) && path[i + 1])
+            ++i;
+        else if (IsPathSeparator(path[i]))
+            offset = i + 1;
+    }
+    return offset;
+}
+
+std::string JoinPath(const std::string &directory, const std::string &name)
+{
+    bool bareDrive = directory.size() == 2 && directory[1] == ':';
+    if (directory.empty() || bareDrive || IsPathSeparator(directory[directory.size() - 1]))
+        return directory + name;
+    return directory + '\\' + name;
+}

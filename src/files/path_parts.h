@@ -5,6 +5,7 @@
 #define TOVREL_FILES_PATH_PARTS_H
 
 #include <cstddef>
+#include <string>
 
 enum {
     PathDriveSize = 3,   // "C:" and NUL
@@ -43,5 +44,14 @@ char *EnsureTrailingBackslash(char *text);
 // with or without an extension) or is only dots and blanks, nothing names a
 // file, or the result does not fit size-1 characters.
 size_t ResolveInside(char *out, size_t size, const char *directory, const char *path);
+
+// Where the file name of a path begins: behind its last separator, or
+// behind a drive's colon, or 0. A trail byte is never taken for a separator.
+size_t FileNameOffset(const char *path, LeadBytePredicate isLeadByte = nullptr);
+
+// The directory followed by the name, with one backslash between them unless
+// the directory is empty, ends in a separator or is a bare drive. Nothing is
+// cut: the caller decides whether the result fits where it goes.
+std::string JoinPath(const std::string &directory, const std::string &name);
 
 #endif

@@ -107,4 +107,25 @@ TEST(PathParts, IllegalCharactersAndTrailingBackslash)
     }
 }
 
+TEST(PathParts, FileNameOffsetAndJoin)
+{
+    static const struct {
+        const char *Path, *Directory, *Name;
+    } cases[] = {
+        {"C:\\file.cab", "C:\\", "file.cab"},
+        {"\\\\server\\share\\a.tar.b", "\\\\server\\share\\", "a.tar.b"},
+        {"C:file.cab", "C:", "file.cab"},
+        {"dir/sub\\", "dir/sub\\", ""},
+        {"plain", "", "plain"},
+        {"\x81\\name", "", "\x81\\name"},  // the backslash is a trail byte
+    };
+    for (const auto &c : cases) {
+        size_t offset = FileNameOffset(c.Path, LeadIs81);
+        EXPECT_EQ(std::string(c.Directory) + "|" + c.Name,
+                  std::string(c.Path, offset) + "|" + (c.Path + offset)) << c.Path;
+        EXPECT_EQ(c.Path, JoinPath(c.Directory, c.Name)) << c.Path;
+    }
+    EXPECT_EQ("C:\\dir\\next.cab", JoinPath("C:\\dir", "next.cab"));
+}
+
 }  // namespace
