@@ -111,12 +111,15 @@ void NormaliseDescription(char *text)
 }
 
 // A value that cannot be read, or a key that is not open, reads as empty.
+// The whole buffer is offered, so that 259 characters and their NUL fit; a
+// value stored without its NUL that fills every byte does not fit either.
 CBoundedString ReadDeviceString(CRegKey &key, const char *name)
 {
     CBoundedString value;
     DWORD type = 0;
-    DWORD size = CBoundedString::MaxLength;
-    if (!key.QueryValue(name, &type, reinterpret_cast<BYTE *>(value.Text), &size))
+    DWORD size = CBoundedString::Capacity;
+    if (!key.QueryValue(name, &type, reinterpret_cast<BYTE *>(value.Text), &size) ||
+        value.Text[CBoundedString::MaxLength] != 0)
         value = CBoundedString();
     return value;
 }

@@ -23,6 +23,45 @@ void SortUnique(CBoundedStringList &list)
     }
 }
 
+namespace {
+
+// A path that does not fit names no file of the INF's: it is left out, not
+// recorded in a shorter form.
+void AddPath(CFileSpec &spec, CBoundedStringList &paths)
+{
+    if (spec.Fits())
+        paths.push_back(CBoundedString(spec.FullPath()));
+}
+
+// One extracted file to one destination entry ("id" or "id,subdirectory").
+// A target that does not fit is refused before anything is made for it.
+void InstallExtractedFile(CPrinterInf &printer, const CBoundedString &entry, CFileSpec &source,
+                          const char *file, CFileSpec &destination)
+{
+    CBoundedString copy(entry);
+    char *subdirectory = NextToken(copy, ',');
+    CBoundedString directory;
+    printer.FindDirectoryId(std::atoi(copy), directory);
+    destination.SetDirectory(directory);
+    if (subdirectory && *subdirectory)
+        destination.AppendDirectory(subdirectory);
+
+    CFileSpec target;
+    target.Resolve(0);
+    CBoundedString targetDirectory(destination.DirectoryPath());
+    target.SetDirectory(targetDirectory);
+    target.SetFileName(file);
+    if (!destination.Fits() || !target.Fits() || !source.Fits())
+        return;
+    if (!destination.DirectoryExists())
+        CreateDirectoryA(destination.DirectoryPath(), NULL);
+    CBoundedString sourcePath(source.FullPath());
+    CBoundedString targetPath(target.FullPath());
+    printer.InstallFile(sourcePath, targetPath);
+}
+
+}  // namespace
+
 int CPrinterInf::CollectCopyFiles(CBoundedStringList *names, CBoundedStringList *paths)
 {
     if (!names && !paths)
@@ -50,7 +89,7 @@ int CPrinterInf::CollectCopyFiles(CBoundedStringList *names, CBoundedStringList 
                 for (const CBoundedString &directory : directories) {
                     spec.SetDirectory(directory);
                     spec.SetFileName(element);
-                    paths->push_back(CBoundedString(spec.FullPath()));
+                    AddPath(spec, *paths);
                 }
             } else {
                 FindDestinations(element, &directories);
@@ -63,7 +102,7 @@ int CPrinterInf::CollectCopyFiles(CBoundedStringList *names, CBoundedStringList 
                         continue;
                     for (const CInfKey &line : section->second) {
                         spec.SetFileName(line.Name);
-                        paths->push_back(CBoundedString(spec.FullPath()));
+                        AddPath(spec, *paths);
                     }
                 }
             }
@@ -104,12 +143,14 @@ int CPrinterInf::CopyFiles()
                 throw "no CopyCabs= key";
 
             // Each cabinet is extracted, installed and drained before the
-            // next; an empty element ends the walk and leaves later ones alone.
+            // next; an empty element ends the walk and leaves later ones
+            // alone, while one of blanks only names no cabinet and is passed.
             for (char *element = cabinets; element;) {
                 char *next = NextToken(element, ',');
-                if (!*StripChar(element, ' '))
+                if (!*element)
                     break;
-                InstallCabinet(element, work, destination, extractor, extracted);
+                if (*StripChar(element, ' '))
+                    InstallCabinet(element, work, destination, extractor, extracted);
                 element = next;
             }
         } catch (const char *) {
@@ -140,33 +181,16 @@ void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CFileSpec &d
     CBoundedString cabinetPath(cabinet.FullPath());
     extractor.Extract(cabinetPath, 1);
 
-    CFileSpec source, target;
+    CFileSpec source;
     source.Resolve(0);
-    target.Resolve(0);
     CBoundedString workDirectory(work.DirectoryPath());
     char file[CBoundedString::Capacity];
     while (extractor.PopExtractedName(file)) {
-        for (const CBoundedString &entry : entries) {
-            CBoundedString copy(entry);
-            char *subdirectory = NextToken(copy, ',');
-            int id = std::atoi(copy);
-            CBoundedString directory;
-            FindDirectoryId(id, directory);
-            destination.SetDirectory(directory);
-            if (subdirectory && *subdirectory)
-                destination.AppendDirectory(subdirectory);
-            if (!destination.DirectoryExists())
-                CreateDirectoryA(destination.DirectoryPath(), NULL);
-
-            source.SetDirectory(workDirectory);
-            source.SetFileName(file);
-            CBoundedString targetDirectory(destination.DirectoryPath());
-            target.SetDirectory(targetDirectory);
-            target.SetFileName(file);
-            CBoundedString sourcePath(source.FullPath());
-            CBoundedString targetPath(target.FullPath());
-            InstallFile(sourcePath, targetPath);
-        }
-        extracted.push_back(source);
+        source.SetDirectory(workDirectory);
+        source.SetFileName(file);
+        for (const CBoundedString &entry : entries)
+            InstallExtractedFile(*this, entry, source, file, destination);
+        if (source.Fits())
+            extracted.push_back(source);
     }
 }

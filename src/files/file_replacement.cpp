@@ -1,6 +1,7 @@
 #include <windows.h>
 
-#include <new>
+#include <cstring>
+#include <string>
 #include <vector>
 
 #include "entry/printer_inf.h"
@@ -13,6 +14,10 @@ namespace {
 
 const char NewFileSuffix[] = ".new_file";
 const char DeleteSuffix[] = ".delete_on_reboot";
+// Room that the first read of the RENAME section gives its existing lines,
+// and the most it grows to: a section that never fits is not rewritten.
+const size_t RenameSectionSlack = 1024;
+const size_t RenameSectionMost = 16 * 1024 * 1024;
 
 // Opens for attributes only, with no sharing, the way all three queries do.
 HANDLE OpenForQuery(const char *path)
@@ -47,11 +52,23 @@ FILETIME LastWriteTime(const char *path)
     return time;
 }
 
-CBoundedString WithSuffix(const char *path, const char *suffix)
+// Whole, however long: a name cut to fit would be some other file's.
+std::string WithSuffix(const char *path, const char *suffix) { return std::string(path) + suffix; }
+
+// The RENAME section of the profile at path, read into a buffer that also has
+// room for extra more characters and two NULs behind its lines. Sets used to
+// the offset of the list's closing NUL; false if the section never fitted.
+bool ReadRenameSection(const char *path, size_t extra, std::vector<char> &buffer, DWORD &used)
 {
-    CBoundedString text(path);
-    text.Append(suffix);
-    return text;
+    // A buffer too small gives size - 2; read again until the section and
+    // the new line fit.
+    for (size_t size = extra + RenameSectionSlack; size <= RenameSectionMost; size *= 2) {
+        buffer.assign(size, 0);
+        used = GetPrivateProfileSectionA("RENAME", buffer.data(), static_cast<DWORD>(size), path);
+        if (used + 2 < size && used + extra + 2 <= size)
+            return true;
+    }
+    return false;
 }
 
 }  // namespace
@@ -86,33 +103,27 @@ unsigned long long CFileVersion::FileSize(const char *path)
 }
 
 // Windows 9x replaces the files listed in WININIT.INI's RENAME section at its
-// next start; the section is rewritten whole with the new line last.
+// next start; the section is rewritten whole with the new line last. Its size
+// is the section's own: the file's size says nothing while the system holds
+// the file open or has profile writes still cached.
 void CPrinterInf::ScheduleRenameAtRestart(const char *target)
 {
-    CBoundedString entry(target);
-    entry.Append("=");
-    entry.Append(target);
-    entry.Append(NewFileSuffix);
-    size_t length = entry.Length();
+    std::string entry = std::string(target) + "=" + WithSuffix(target, NewFileSuffix);
 
     CFileSpec wininit;
     wininit.Resolve(3);
     wininit.SetFileName("WININIT.INI");
+    if (!wininit.Fits())
+        return;
     CBoundedString path(wininit.FullPath());
 
-    CFileVersion query;
-    // The section cannot hold more than the whole file: room for the old
-    // lines, the entry and the closing NULs.
-    DWORD size = static_cast<DWORD>(query.FileSize(path)) + static_cast<DWORD>(length) + 22;
-    char *buffer = new (std::nothrow) char[size];
-    if (!buffer)
+    std::vector<char> buffer;
+    DWORD used = 0;
+    if (!ReadRenameSection(path, entry.size(), buffer, used))
         return;
-    buffer[0] = 0;
-    DWORD used = GetPrivateProfileSectionA("RENAME", buffer, size, path);
-    CopyBounded(buffer + used, entry, length + 1);
-    buffer[used + length + 1] = 0;
-    WritePrivateProfileSectionA("RENAME", buffer, path);
-    delete[] buffer;
+    std::memcpy(buffer.data() + used, entry.c_str(), entry.size() + 1);
+    buffer[used + entry.size() + 1] = 0;
+    WritePrivateProfileSectionA("RENAME", buffer.data(), path);
 }
 
 int CPrinterInf::InstallFile(const char *source, const char *target)
@@ -124,17 +135,22 @@ int CPrinterInf::InstallFile(const char *source, const char *target)
             newer = query.CompareFileTimes(source, target);
         if (newer > 0 && !CopyFileA(source, target, FALSE)) {
             // The target cannot be overwritten: it is in use.
-            CBoundedString pending = WithSuffix(target, NewFileSuffix);
-            CopyFileA(source, pending, FALSE);
+            std::string pending = WithSuffix(target, NewFileSuffix);
             COsVersion os;
             if (os.Family == COsVersion::FamilyWindowsNt) {
                 // A busy file can be renamed: the new content takes its name
-                // now, and only the old one waits for the restart.
-                CBoundedString old = WithSuffix(target, DeleteSuffix);
-                MoveFileExA(target, old, 0);
-                MoveFileA(pending, target);
-                MoveFileExA(old, NULL, MOVEFILE_DELAY_UNTIL_REBOOT);
+                // now, and only the old one waits for the restart. A swap
+                // whose names do not fit could stop half-way with no file
+                // under the target's name, so it is not begun.
+                std::string old = WithSuffix(target, DeleteSuffix);
+                if (old.size() < MAX_PATH && pending.size() < MAX_PATH) {
+                    CopyFileA(source, pending.c_str(), FALSE);
+                    MoveFileExA(target, old.c_str(), 0);
+                    MoveFileA(pending.c_str(), target);
+                    MoveFileExA(old.c_str(), NULL, MOVEFILE_DELAY_UNTIL_REBOOT);
+                }
             } else {
+                CopyFileA(source, pending.c_str(), FALSE);
                 ScheduleRenameAtRestart(target);
                 RebootRequired = true;
             }

@@ -196,12 +196,26 @@ char *CFileSpec::ResolveFullPath(int id)
 
 void CFileSpec::Split(const char *path, bool takeDirectory, bool takeFile)
 {
-    // Room for the longest text that four full parts can make.
+    if (!path)
+        path = "";
+    // Room for the longest text that four full parts can make; a longer text
+    // cannot split into parts that fit.
     char copy[4 * PathPartSize];
+    bool whole = std::strlen(path) < sizeof copy;
     CopyBounded(copy, path, sizeof copy);
     ReplaceIllegalChars(copy, '_');
-    SplitPath(copy, takeDirectory ? Drive : NULL, takeDirectory ? Directory : NULL,
-              takeFile ? Name : NULL, takeFile ? Extension : NULL, IsLeadByte);
+    whole = SplitPath(copy, takeDirectory ? Drive : NULL, takeDirectory ? Directory : NULL,
+                      takeFile ? Name : NULL, takeFile ? Extension : NULL, IsLeadByte) && whole;
+    int taken = (takeDirectory ? LostDirectory : 0) | (takeFile ? LostFile : 0);
+    Lost &= ~taken;
+    if (!whole) {
+        // A cut part would name another file: it is held empty and refused.
+        Lost |= taken;
+        if (takeDirectory)
+            Drive[0] = Directory[0] = 0;
+        if (takeFile)
+            Name[0] = Extension[0] = 0;
+    }
 }
 
 void CFileSpec::SetPath(const char *path) { Split(path, true, true); }
@@ -212,18 +226,56 @@ void CFileSpec::SetFileName(const char *file) { Split(file, false, true); }
 
 void CFileSpec::AppendDirectory(const char *sub)
 {
-    if (sub && *sub) {
-        EnsureTrailingBackslash(Directory);
+    if (sub && *sub && !(Lost & LostDirectory)) {
         if (*sub == '\\')
             ++sub;
-        size_t used = std::strlen(Directory);
-        // One byte stays free for the closing backslash.
-        if (used + 2 < sizeof Directory)
-            CopyBounded(Directory + used, sub, sizeof Directory - 1 - used);
-        EnsureTrailingBackslash(Directory);
-        ReplaceIllegalChars(Directory, '_');
+        // Joined whole in a buffer with room for both, then measured.
+        char joined[sizeof Directory + CBoundedString::Capacity + 1];
+        CopyBounded(joined, Directory, sizeof Directory);
+        EnsureTrailingBackslash(joined);
+        size_t used = std::strlen(joined);
+        // The sub text, its closing backslash and the NUL must have room.
+        bool whole = std::strlen(sub) + 1 < sizeof joined - used;
+        if (whole) {
+            CopyBounded(joined + used, sub, sizeof joined - used);
+            EnsureTrailingBackslash(joined);
+            ReplaceIllegalChars(joined, '_');
+            whole = std::strlen(joined) < PathPartSize;
+        }
+        if (whole) {
+            CopyBounded(Directory, joined, sizeof Directory);
+        } else {
+            Lost |= LostDirectory;
+            Drive[0] = Directory[0] = 0;
+        }
     }
     FullPath();
+}
+
+namespace {
+
+// Every composition fits here uncut: drive, colon, three parts of at most
+// 256 characters, a backslash, a dot.
+const size_t CompositionRoom = 2 + 3 * 256 + 2 + 1;
+
+}  // namespace
+
+char *CFileSpec::Compose(int parts, const char *drive, const char *directory, const char *name,
+                         const char *extension)
+{
+    char whole[CompositionRoom];
+    size_t length = MakePath(whole, sizeof whole, drive, directory, name, extension);
+    if ((Lost & parts) || length > MAX_PATH - 1)
+        Composed[0] = 0;
+    else
+        std::memcpy(Composed, whole, length + 1);
+    return Composed;
+}
+
+bool CFileSpec::Fits() const
+{
+    char whole[CompositionRoom];
+    return !Lost && MakePath(whole, sizeof whole, Drive, Directory, Name, Extension) <= MAX_PATH - 1;
 }
 
 size_t CFileSpec::ComposeInto(char *out, size_t size) const
@@ -233,21 +285,12 @@ size_t CFileSpec::ComposeInto(char *out, size_t size) const
 
 char *CFileSpec::FullPath()
 {
-    ComposeInto(Composed, sizeof Composed);
-    return Composed;
+    return Compose(LostDirectory | LostFile, Drive, Directory, Name, Extension);
 }
 
-char *CFileSpec::DirectoryPath()
-{
-    MakePath(Composed, sizeof Composed, Drive, Directory, NULL, NULL);
-    return Composed;
-}
+char *CFileSpec::DirectoryPath() { return Compose(LostDirectory, Drive, Directory, NULL, NULL); }
 
-char *CFileSpec::FileName()
-{
-    MakePath(Composed, sizeof Composed, NULL, NULL, Name, Extension);
-    return Composed;
-}
+char *CFileSpec::FileName() { return Compose(LostFile, NULL, NULL, Name, Extension); }
 
 int CFileSpec::FileExists()
 {
@@ -259,6 +302,9 @@ int CFileSpec::DirectoryExists() { return IsDirectory(DirectoryPath()); }
 
 int CFileSpec::operator==(const CFileSpec &other) const
 {
+    // A spec that does not fit names no file, so it equals none.
+    if (!Fits() || !other.Fits())
+        return 0;
     char mine[sizeof Composed], theirs[sizeof Composed];
     ComposeInto(mine, sizeof mine);
     other.ComposeInto(theirs, sizeof theirs);
@@ -274,6 +320,28 @@ int IsDirectory(const char *path)
     return entered ? 1 : 0;
 }
 
+namespace {
+
+// Expands the variables of text into MAX_PATH bytes. False, with nothing to
+// use in out, when a step fails or the result would not fit.
+bool ExpandText(const char *text, char *out)
+{
+    if (PlatformId() != VER_PLATFORM_WIN32_NT) {
+        DWORD needed = ExpandEnvironmentStringsA(text, out, MAX_PATH);
+        return needed && needed <= MAX_PATH && std::memchr(out, 0, MAX_PATH);
+    }
+    WCHAR wide[MAX_PATH], wideExpanded[MAX_PATH];
+    if (!MultiByteToWideChar(CP_ACP, 0, text, -1, wide, MAX_PATH))
+        return false;
+    // The count includes the closing NUL; a larger one means it was cut.
+    DWORD needed = ExpandEnvironmentStringsW(wide, wideExpanded, MAX_PATH);
+    if (!needed || needed > MAX_PATH)
+        return false;
+    return WideCharToMultiByte(CP_ACP, 0, wideExpanded, -1, out, MAX_PATH, NULL, NULL) != 0;
+}
+
+}  // namespace
+
 int ReadExpandedRegistryString(HKEY root, const char *subkey, const char *valueName, char *out)
 {
     CRegistryHandle key;
@@ -288,18 +356,9 @@ int ReadExpandedRegistryString(HKEY root, const char *subkey, const char *valueN
                          &size) != ERROR_SUCCESS)
         return 0;
 
-    char expanded[MAX_PATH + 1];
-    std::memset(expanded, 0, sizeof expanded);
-    if (PlatformId() == VER_PLATFORM_WIN32_NT) {
-        WCHAR wide[MAX_PATH], wideExpanded[MAX_PATH];
-        wide[0] = wideExpanded[0] = 0;
-        MultiByteToWideChar(CP_ACP, 0, raw, -1, wide, MAX_PATH);
-        ExpandEnvironmentStringsW(wide, wideExpanded, MAX_PATH);
-        WideCharToMultiByte(CP_ACP, 0, wideExpanded, -1, expanded, MAX_PATH, NULL, NULL);
-    } else {
-        ExpandEnvironmentStringsA(raw, expanded, MAX_PATH);
-    }
-    expanded[MAX_PATH - 1] = 0;
+    char expanded[MAX_PATH];
+    if (!ExpandText(raw, expanded))
+        return 0;
     lstrcpyA(out, expanded);
     return 1;
 }

@@ -41,11 +41,16 @@ public:
     void AppendDirectory(const char *sub);
 
     // Each of these rebuilds Composed and points into it: the text is good
-    // until the next composing call on this spec.
+    // until the next composing call on this spec. A path that does not fit
+    // MAX_PATH - 1 characters, or a part that did not fit its field, composes
+    // to empty text, never to a shorter name.
     char *FullPath();
     char *DirectoryPath();
     char *FileName();
     char *BaseName() { return Name; }
+
+    // False when FullPath() would be refused: ask before using a path.
+    bool Fits() const;
 
     int FileExists();
     int DirectoryExists();
@@ -58,9 +63,15 @@ public:
     char Name[257];
     char Extension[257];
     char Composed[261];
+    // Which parts were refused since they were last set (LostDirectory,
+    // LostFile); such a part is held empty.
+    int Lost;
 
 private:
+    enum { LostDirectory = 1, LostFile = 2 };
     void Split(const char *path, bool takeDirectory, bool takeFile);
+    char *Compose(int parts, const char *drive, const char *directory, const char *name,
+                  const char *extension);
     size_t ComposeInto(char *out, size_t size) const;
 };
 

@@ -4,16 +4,19 @@
 
 namespace {
 
-// Copies [begin, end) into a part buffer, cut to its capacity.
-void TakePart(char *target, size_t size, const char *begin, const char *end)
+// Copies [begin, end) into a part buffer, cut to its capacity. False when
+// it had to be cut.
+bool TakePart(char *target, size_t size, const char *begin, const char *end)
 {
     if (!target)
-        return;
+        return true;
     size_t n = static_cast<size_t>(end - begin);
-    if (n > size - 1)
+    bool whole = n <= size - 1;
+    if (!whole)
         n = size - 1;
     std::memcpy(target, begin, n);
     target[n] = 0;
+    return whole;
 }
 
 // Appends text at *at, keeping one byte for the NUL at out + size - 1.
@@ -28,7 +31,7 @@ void Put(char *&at, char *limit, const char *text, size_t n)
 
 }  // namespace
 
-void SplitPath(const char *path, char *drive, char *directory, char *name, char *extension,
+bool SplitPath(const char *path, char *drive, char *directory, char *name, char *extension,
                LeadBytePredicate isLeadByte)
 {
     if (!path)
@@ -60,14 +63,10 @@ void SplitPath(const char *path, char *drive, char *directory, char *name, char 
     }
 
     const char *nameStart = lastSeparator ? lastSeparator + 1 : p;
-    TakePart(directory, PathPartSize, p, nameStart);
-    if (lastDot && lastDot >= nameStart) {
-        TakePart(name, PathPartSize, nameStart, lastDot);
-        TakePart(extension, PathPartSize, lastDot, end);
-    } else {
-        TakePart(name, PathPartSize, nameStart, end);
-        TakePart(extension, PathPartSize, end, end);
-    }
+    const char *extensionStart = lastDot && lastDot >= nameStart ? lastDot : end;
+    bool whole = TakePart(directory, PathPartSize, p, nameStart);
+    whole = TakePart(name, PathPartSize, nameStart, extensionStart) && whole;
+    return TakePart(extension, PathPartSize, extensionStart, end) && whole;
 }
 
 size_t MakePath(char *out, size_t size, const char *drive, const char *directory,

@@ -18,8 +18,8 @@ typedef int (*LeadBytePredicate)(unsigned char c);
 
 // Any of the out-buffers may be null when that part is not wanted. The
 // drive needs PathDriveSize bytes, the other three PathPartSize; longer
-// parts are cut there.
-void SplitPath(const char *path, char *drive, char *directory, char *name, char *extension,
+// parts are cut there, and the result is false when a wanted part was cut.
+bool SplitPath(const char *path, char *drive, char *directory, char *name, char *extension,
                LeadBytePredicate isLeadByte = nullptr);
 
 // Writes at most size-1 characters and always terminates (size > 0). Gives

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <set>
 #include <string>
 
@@ -23,13 +24,18 @@ std::string Windows()
     return std::string(path) + "\\";
 }
 
-std::set<std::string> TempEntries()
+std::string TempPath()
 {
     char temp[MAX_PATH];
     GetTempPathA(MAX_PATH, temp);
+    return temp;
+}
+
+std::set<std::string> TempEntries(const std::string &directory = TempPath())
+{
     std::set<std::string> names;
     WIN32_FIND_DATAA found;
-    HANDLE find = FindFirstFileA((std::string(temp) + "*").c_str(), &found);
+    HANDLE find = FindFirstFileA((directory + "*").c_str(), &found);
     if (find != INVALID_HANDLE_VALUE) {
         do
             names.insert(found.cFileName);
@@ -54,6 +60,9 @@ class CopyEngine : public ::testing::Test {
 protected:
     void Open(const std::string &install, const std::string &destinations, const std::string &extra = "")
     {
+        // Each row of a table opens afresh; the install object cannot be assigned.
+        Printer.~CPrinterInf();
+        new (&Printer) CPrinterInf;
         std::string path = ScratchDirectory() + "copy.inf";
         WriteText(path, "[Version]\r\nSignature=\"$Chicago$\"\r\nClass=Printer\r\n"
                         "[Manufacturer]\r\nAcme=AcmeDevices\r\n[AcmeDevices]\r\nCopier=Inst\r\n"
@@ -134,11 +143,11 @@ TEST_F(CopyEngine, CabinetFilesReachEveryDestination)
 TEST_F(CopyEngine, TheWalkPassesOverWhatItCannotPlaceAndEndsAtAnEmptyElement)
 {
     // deep: its subdirectory is two levels down, only one is made; nodest: no
-    // destination (DefaultDestDir is not for cabinets); gone: no file; late:
-    // after the empty element.
-    Open("CopyCabs=deep.cab,nodest.cab,gone.cab,,late.cab\r\n", "DefaultDestDir=10\r\n",
-         "[DestinationDirs.CAB]\r\ndeep=10,absentlevel\\second\r\ngone=10,goneDir\r\nlate=10,walkB\r\n");
-    for (const char *name : {"deep", "nodest", "late"})
+    // destination (DefaultDestDir is not for cabinets); gone: no file; after:
+    // behind a blank element, which names no cabinet; late: after the empty one.
+    Open("CopyCabs=deep.cab,nodest.cab,gone.cab, ,after.cab,,late.cab\r\n", "DefaultDestDir=10\r\n",
+         "[DestinationDirs.CAB]\r\ndeep=10,absentlevel\\second\r\ngone=10,goneDir\r\nlate=10,walkB\r\nafter=10\r\n");
+    for (const char *name : {"deep", "nodest", "late", "after"})
         PutCabinet(name + std::string(".cab"), {{name + std::string(".txt"), "x", 0x5a21, 0x6000, 0x20}});
     const std::string windows = Windows();
     DeleteTree(windows + "absentlevel");
@@ -146,8 +155,45 @@ TEST_F(CopyEngine, TheWalkPassesOverWhatItCannotPlaceAndEndsAtAnEmptyElement)
     EXPECT_FALSE(PathExists(windows + "absentlevel\\second\\deep.txt"));
     EXPECT_FALSE(PathExists(windows + "nodest.txt"));
     EXPECT_FALSE(PathExists(windows + "walkB\\late.txt"));
-    EXPECT_EQ(std::set<std::string>{windows + "absentlevel\\second\\deep.txt"}, Recorded());
+    EXPECT_EQ("x", ReadText(windows + "after.txt"));
+    EXPECT_EQ((std::set<std::string>{windows + "absentlevel\\second\\deep.txt", windows + "after.txt"}), Recorded());
     DeleteTree(windows + "absentlevel");
+    DeleteFileA((windows + "after.txt").c_str());
+}
+
+// A target that does not fit 259 characters is refused whole, never cut into
+// another name: no file, no directory, no record, for a cabinet's member and
+// for a "CopyFiles" path alike. The subdirectory's length sets the target's.
+TEST_F(CopyEngine, TargetsPastTheLimitAreRefusedNotCut)
+{
+    static const struct {
+        size_t Target, Name;  // characters of the target path and of the member's name
+        bool Installed;
+    } cases[] = {
+        {259, 40, true},
+        {260, 40, false},   // each part fits, the whole does not
+        {300, 40, false},   // the directory alone is past its part
+        {300, 104, false},
+    };
+    // Open empties the scratch directory; the root is made inside it afterwards.
+    const std::string root = ScratchDirectory() + "root\\";
+    for (const auto &c : cases) {
+        const std::string name = std::string(c.Name - 4, 'n') + ".txt", listed(c.Target - 4 - root.size(), 'c');
+        const std::string sub(c.Target - root.size() - 1 - name.size(), 's'), target = root + sub + "\\" + name;
+        Open("CopyFiles=@" + listed + ".dll\r\nCopyCabs=long.cab\r\n", "DefaultDestDir=10\r\n",
+             "[DestinationDirs.CAB]\r\nlong=10," + sub + "\r\n");
+        ASSERT_TRUE(CreateDirectoryA(root.c_str(), NULL));
+        Printer.DirectoryIds[10] = CBoundedString(root.c_str());
+        PutCabinet("long.cab", {{name, "long", 0x5a21, 0x6000, 0x20}});
+
+        EXPECT_EQ(1, Printer.CopyFiles());
+        EXPECT_EQ(c.Installed ? "long" : "", ReadText(target)) << c.Target << "/" << c.Name;
+        const std::set<std::string> none, both = {root + listed + ".dll", target};
+        EXPECT_EQ(c.Installed ? both : none, Recorded()) << c.Target << "/" << c.Name;
+        if (!c.Installed) {
+            EXPECT_EQ((std::set<std::string>{".", ".."}), TempEntries(root)) << c.Target << "/" << c.Name;
+        }
+    }
 }
 
 TEST_F(CopyEngine, WithoutCopyCabsTheStageFailsAfterRecordingPaths)

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <list>
 #include <string>
 
 #include "entry/printer_inf.h"
@@ -196,6 +197,40 @@ TEST_F(FileReplacement, ABusyTargetWaitsForTheRestartOnWindows9xWin98)
     Restart();
     EXPECT_EQ(newContent, ReadText(target));
     EXPECT_FALSE(PathExists(target + ".new_file"));
+}
+
+// Two busy targets in one run, WININIT.INI held open by another handle the
+// whole time as a 9x host may hold it, and targets long enough that each line
+// passes 259 characters: after the restart both have the new content.
+TEST_F(FileReplacement, TwoLongBusyTargetsWithWininitHeldOpenWin98)
+{
+    std::string source = Dir + "driver.dll", dir = Dir + std::string(120, 'l') + "\\";
+    ASSERT_TRUE(CreateDirectoryA(dir.c_str(), NULL));
+    ASSERT_TRUE(CopyFileA(Versioned("2_0_0_0").c_str(), source.c_str(), FALSE));
+    char windows[MAX_PATH];
+    GetWindowsDirectoryA(windows, MAX_PATH);
+    std::string wininit = std::string(windows) + "\\WININIT.INI";
+    DeleteFileA(wininit.c_str());
+    HANDLE held = CreateFileA(wininit.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                              NULL, OPEN_ALWAYS, 0, NULL);
+    ASSERT_NE(INVALID_HANDLE_VALUE, held);
+    const std::string targets[] = {dir + "first.dll", dir + "second.dll"};
+    {
+        std::list<BusyTarget> busy;
+        for (const std::string &target : targets) {
+            ASSERT_TRUE(CopyFileA(Versioned("1_9_9_9").c_str(), target.c_str(), FALSE));
+            busy.emplace_back(target);
+            ASSERT_TRUE(busy.back().Held());
+            Printer.InstallFile(source.c_str(), target.c_str());
+        }
+    }
+    CloseHandle(held);
+    EXPECT_TRUE(Printer.RebootRequired);
+    Restart();
+    for (const std::string &target : targets) {
+        EXPECT_EQ(ReadText(source), ReadText(target)) << target;
+        EXPECT_FALSE(PathExists(target + ".new_file")) << target;
+    }
 }
 
 }  // namespace

@@ -265,10 +265,24 @@ TEST(FileSpecRegistry, WebDirectoryAndDevicePath)
     ASSERT_EQ(1, WebDirectory(out));
     EXPECT_EQ(WindowsDir() + "Web\\", out);
 
-    // The type is not looked at: plain text is expanded too; a list is used unchanged.
-    Registry(VersionKey, "DevicePath", "%SystemRoot%\\inf;C:\\more");
+    // The type is not looked at: plain text is expanded too; a list is used
+    // unchanged. A value or an expansion past 259 characters is a failed read
+    // (the bare backslash); one whose closing backslash does not fit is refused.
+    SetEnvironmentVariableA("TOVREL_LONG", std::string(200, 'v').c_str());
+    const struct {
+        std::string Value, Expected;
+    } devicePaths[] = {
+        {"%SystemRoot%\\inf;C:\\more", WindowsDir() + "inf;C:\\more\\"},
+        {std::string(300, 'p'), "\\"},
+        {"%TOVREL_LONG%\\%TOVREL_LONG%", "\\"},
+        {"C:\\" + std::string(57, 'p') + "%TOVREL_LONG%", "\\"},  // 260 once expanded
+        {"C:\\" + std::string(56, 'p') + "%TOVREL_LONG%", ""},    // 259: the backslash does not fit
+    };
     CFileSpec spec;
-    EXPECT_EQ(WindowsDir() + "inf;C:\\more\\", spec.ResolveFullPath(FileSpecDevicePath));
+    for (const auto &c : devicePaths) {
+        Registry(VersionKey, "DevicePath", c.Value.c_str());
+        EXPECT_EQ(c.Expected, spec.ResolveFullPath(FileSpecDevicePath)) << c.Value;
+    }
     Registry(VersionKey, "DevicePath", nullptr);
     spec.Resolve(FileSpecDevicePath);
     EXPECT_STREQ("\\", spec.Directory);

@@ -41,12 +41,15 @@ TEST(PathParts, SplitsLikeTheRuntime)
         EXPECT_EQ(c.Expected, Split(c.Path)) << c.Path;
     EXPECT_EQ("C:|\\dir\\|na\x81\\me|.txt", Split("C:\\dir\\na\x81\\me.txt", LeadIs81));
 
-    // Parts left out are not written; long parts are cut to 255.
+    // Parts left out are not written; long parts are cut to 255 and said to be.
     char dir[PathPartSize] = "untouched", name[PathPartSize], ext[PathPartSize];
-    SplitPath("C:\\a\\b.c", nullptr, nullptr, name, nullptr);
+    EXPECT_TRUE(SplitPath("C:\\a\\b.c", nullptr, nullptr, name, nullptr));
     EXPECT_STREQ("untouched", dir);
-    std::string path = "C:\\" + std::string(300, 'd') + "\\" + std::string(300, 'n') + "." + std::string(300, 'e');
-    SplitPath(path.c_str(), nullptr, dir, name, ext);
+    std::string path = "C:\\" + std::string(253, 'd') + "\\" + std::string(255, 'n');
+    EXPECT_TRUE(SplitPath(path.c_str(), nullptr, dir, name, ext)) << "255 is whole";
+    EXPECT_TRUE(SplitPath(("C:\\a\\" + std::string(300, 'n')).c_str(), nullptr, dir, nullptr, ext)) << "the cut name is not wanted";
+    path = "C:\\" + std::string(300, 'd') + "\\" + std::string(300, 'n') + "." + std::string(300, 'e');
+    EXPECT_FALSE(SplitPath(path.c_str(), nullptr, dir, name, ext));
     EXPECT_EQ(255u, std::strlen(dir));
     EXPECT_EQ(std::string(255, 'n'), name);
     EXPECT_EQ("." + std::string(254, 'e'), ext);
