@@ -149,7 +149,9 @@ int CPrinterInf::InstallFile(const char *source, const char *target)
                     MoveFileA(pending.c_str(), target);
                     MoveFileExA(old.c_str(), NULL, MOVEFILE_DELAY_UNTIL_REBOOT);
                 }
-            } else {
+            } else if (pending.size() < MAX_PATH) {
+                // A restart cannot finish what a name too long for the
+                // system would leave: nothing is scheduled then.
                 CopyFileA(source, pending.c_str(), FALSE);
                 ScheduleRenameAtRestart(target);
                 RebootRequired = true;
