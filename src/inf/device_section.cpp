@@ -19,12 +19,107 @@ const char *InstallSectionSuffix(int family)
 
 namespace {
 
-// A two-part value, name first: cut at the first comma, each part unquoted.
-void SplitPair(char *value, CBoundedString &name, CBoundedString &file)
+bool IsMissing(const char *text) { return !text || !*text; }
+
+// Every read starts from empty text, so that a key that is absent or has an
+// empty value reads as empty. An absent key throws `missing` if one is given.
+CBoundedString ReadKey(CPrinterInf &inf, const char *section, const char *key, const char *missing = nullptr)
 {
-    char *second = NextToken(value, ',');
-    name = CBoundedString(StripChar(value, '"'));
-    file = CBoundedString(second ? StripChar(second, '"') : "");
+    CBoundedString value;
+    if (!inf.GetValue(section, key, value, "") && missing)
+        throw missing;
+    return value;
+}
+
+// Manufacturer section, then the manufacturer's device section: the model's
+// line names its install section and, behind a comma, its PnP id.
+void ReadModelLine(CPrinterInf &inf)
+{
+    CBoundedString devices = ReadKey(inf, "Manufacturer", inf.Manufacturer, "unable to find device section");
+    inf.DeviceSection = devices.IsEmpty() ? inf.Manufacturer : devices;
+
+    CBoundedString line =
+        ReadKey(inf, inf.DeviceSection, inf.Model, "unable to find driver name in device section");
+    char *pnpId = NextToken(line, ',');
+    inf.PnpId = CBoundedString(pnpId);
+    inf.InstallSection = line;
+    inf.LogUninstall(NULL, "PnP ID", inf.PnpId);
+}
+
+// The variant for this system wins where it has a line; an empty one counts
+// as absent.
+void SelectInstallSection(CPrinterInf &inf)
+{
+    CBoundedString decorated(inf.InstallSection);
+    decorated.Append(InstallSectionSuffix(COsVersion().Family));
+    if (inf.GetKeyCount(decorated) > 0)
+        inf.InstallSection = decorated;
+}
+
+void ReadInstallSection(CPrinterInf &inf)
+{
+    inf.AddRegSections = ReadKey(inf, inf.InstallSection, "AddReg");
+    inf.ProgramGroupSections = ReadKey(inf, inf.InstallSection, "AddProgramGroup");
+    inf.DataSection = ReadKey(inf, inf.InstallSection, "DataSection", "no printer data section!");
+}
+
+// The four files every driver has; each is recorded as soon as it is read.
+void ReadDriverFiles(CPrinterInf &inf)
+{
+    const struct {
+        const char *Key;
+        CBoundedString *Field;
+        const char *Missing;
+        const char *LogName;
+    } files[] = {
+        {"DriverFile", &inf.DriverFile, "no driver file", "Driver File"},
+        {"DataFile", &inf.DataFile, "no data file", "Data File"},
+        {"ConfigFile", &inf.ConfigFile, "no config file", "Config File"},
+        {"HelpFile", &inf.HelpFile, "no help file", "Help File"},
+    };
+    for (const auto &file : files) {
+        *file.Field = ReadKey(inf, inf.DataSection, file.Key, file.Missing);
+        inf.LogUninstall(NULL, file.LogName, *file.Field);
+    }
+}
+
+// The optional parts: print processor and language monitor, each a name and
+// a file in one value, name first; then the default data type.
+void ReadOptionalParts(CPrinterInf &inf)
+{
+    const struct {
+        const char *Key;
+        CBoundedString *Name;
+        const char *NameLog;
+        CBoundedString *File;
+        const char *FileLog;
+    } pairs[] = {
+        {"PrintProcessor", &inf.PrintProcessorName, "Print Processor Name", &inf.PrintProcessorFile,
+         "Print Processor File"},
+        {"LanguageMonitor", &inf.MonitorName, "Language Monitor Name", &inf.MonitorFile,
+         "Language Monitor File"},
+    };
+    for (const auto &pair : pairs) {
+        CBoundedString value = ReadKey(inf, inf.DataSection, pair.Key);
+        // Cut at the first comma; each part loses its quotes, not its blanks.
+        char *file = NextToken(value, ',');
+        *pair.Name = CBoundedString(StripChar(value, '"'));
+        *pair.File = CBoundedString(file ? StripChar(file, '"') : "");
+        inf.LogUninstall(NULL, pair.NameLog, *pair.Name);
+        inf.LogUninstall(NULL, pair.FileLog, *pair.File);
+    }
+    inf.DefaultDataType = ReadKey(inf, inf.DataSection, "DefaultDataType");
+    inf.LogUninstall(NULL, "Default Data Type", inf.DefaultDataType);
+}
+
+// The model's own folder below the web printers folder.
+void SetModelWebDirectory(CPrinterInf &inf)
+{
+    CFileSpec folder;
+    folder.Resolve(FileSpecWebPrinters);
+    folder.AppendDirectory(inf.Manufacturer);
+    folder.AppendDirectory(inf.Model);
+    inf.DirectoryIds[ModelWebDirectoryId] = CBoundedString(folder.FullPath());
 }
 
 }  // namespace
@@ -32,86 +127,17 @@ void SplitPair(char *value, CBoundedString &name, CBoundedString &file)
 int CPrinterInf::ReadDeviceSection(const char *manufacturer, const char *model, const char *printerName)
 {
     try {
-        if (!manufacturer || !*manufacturer || !model || !*model || !printerName || !*printerName)
+        if (IsMissing(manufacturer) || IsMissing(model) || IsMissing(printerName))
             throw "bad params";
         Manufacturer = CBoundedString(manufacturer);
         Model = CBoundedString(model);
         PrinterName = CBoundedString(printerName);
-
-        // The one work buffer: emptied before each read, so that a key that
-        // is absent or empty reads as empty text.
-        CBoundedString value;
-        if (!GetValue("Manufacturer", Manufacturer, value, ""))
-            throw "unable to find device section";
-        DeviceSection = value.IsEmpty() ? Manufacturer : value;
-
-        value = CBoundedString();
-        if (!GetValue(DeviceSection, Model, value, ""))
-            throw "unable to find driver name in device section";
-        char *pnpId = NextToken(value, ',');
-        PnpId = CBoundedString(pnpId);
-        InstallSection = value;
-        LogUninstall(NULL, "PnP ID", PnpId);
-
-        CBoundedString decorated(InstallSection);
-        decorated.Append(InstallSectionSuffix(COsVersion().Family));
-        if (GetKeyCount(decorated) > 0)
-            InstallSection = decorated;
-
-        value = CBoundedString();
-        GetValue(InstallSection, "AddReg", value, "");
-        AddRegSections = value;
-
-        value = CBoundedString();
-        GetValue(InstallSection, "AddProgramGroup", value, "");
-        ProgramGroupSections = value;
-
-        value = CBoundedString();
-        if (!GetValue(InstallSection, "DataSection", value, ""))
-            throw "no printer data section!";
-        DataSection = value;
-
-        const struct {
-            const char *Key;
-            CBoundedString *Field;
-            const char *Missing;
-            const char *LogName;
-        } files[] = {
-            {"DriverFile", &DriverFile, "no driver file", "Driver File"},
-            {"DataFile", &DataFile, "no data file", "Data File"},
-            {"ConfigFile", &ConfigFile, "no config file", "Config File"},
-            {"HelpFile", &HelpFile, "no help file", "Help File"},
-        };
-        for (const auto &file : files) {
-            value = CBoundedString();
-            if (!GetValue(DataSection, file.Key, value, ""))
-                throw file.Missing;
-            *file.Field = value;
-            LogUninstall(NULL, file.LogName, *file.Field);
-        }
-
-        value = CBoundedString();
-        GetValue(DataSection, "PrintProcessor", value, "");
-        SplitPair(value, PrintProcessorName, PrintProcessorFile);
-        LogUninstall(NULL, "Print Processor Name", PrintProcessorName);
-        LogUninstall(NULL, "Print Processor File", PrintProcessorFile);
-
-        value = CBoundedString();
-        GetValue(DataSection, "LanguageMonitor", value, "");
-        SplitPair(value, MonitorName, MonitorFile);
-        LogUninstall(NULL, "Language Monitor Name", MonitorName);
-        LogUninstall(NULL, "Language Monitor File", MonitorFile);
-
-        value = CBoundedString();
-        GetValue(DataSection, "DefaultDataType", value, "");
-        DefaultDataType = value;
-        LogUninstall(NULL, "Default Data Type", DefaultDataType);
-
-        CFileSpec folder;
-        folder.Resolve(FileSpecWebPrinters);
-        folder.AppendDirectory(Manufacturer);
-        folder.AppendDirectory(Model);
-        DirectoryIds[ModelWebDirectoryId] = CBoundedString(folder.FullPath());
+        ReadModelLine(*this);
+        SelectInstallSection(*this);
+        ReadInstallSection(*this);
+        ReadDriverFiles(*this);
+        ReadOptionalParts(*this);
+        SetModelWebDirectory(*this);
     } catch (const char *) {
         return 0;
     }

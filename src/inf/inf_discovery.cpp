@@ -6,10 +6,9 @@
 #include "entry/printer_inf.h"
 #include "files/file_spec.h"
 #include "inf/os_version.h"
+#include "inf/validation.h"
 #include "registration/reg_key.h"
 #include "registration/spooler.h"
-
-const char *const PrinterClassGuid = "{4D36E979-E325-11CE-BFC1-08002BE10318}";
 
 const int InfSearchDirectories[] = {FileSpecCurrent, FileSpecPrinterDrivers, FileSpecDevicePath, 0};
 
@@ -81,58 +80,90 @@ bool CInstalledPrinter::Read(const char *name)
 {
     if (!Open(name))
         return false;
-
     bool read = false;
     std::vector<BYTE> buffer;
     if (PRINTER_INFO_2A *info = ReadPrinterInfo2(PrinterHandle.Get(), buffer)) {
+        CopyPrinterInfo(*info);
         read = true;
-        CopyField(ServerName, info->pServerName);
-        CopyField(PrinterName, info->pPrinterName);
-        CopyField(ShareName, info->pShareName);
-        CopyField(PortName, info->pPortName);
-        CopyField(DriverName, info->pDriverName);
-        CopyField(Comment, info->pComment);
-        CopyField(Location, info->pLocation);
-        CopyField(SepFile, info->pSepFile);
-        CopyField(PrintProcessor, info->pPrintProcessor);
-        CopyField(Datatype, info->pDatatype);
-        CopyField(Parameters, info->pParameters);
-        Attributes = info->Attributes;
-        Priority = info->Priority;
-        DefaultPriority = info->DefaultPriority;
-        StartTime = info->StartTime;
-        UntilTime = info->UntilTime;
-        Status = info->Status;
-        Jobs = info->cJobs;
-        AveragePpm = info->AveragePPM;
     }
-
     // A driver that cannot be read leaves its fields empty; the printer
     // still counts as read.
-    if (DRIVER_INFO_2A *driver = ReadDriverInfo2(PrinterHandle.Get(), buffer)) {
-        DriverVersion = driver->cVersion;
-        CopyField(DriverInfoName, driver->pName);
-        CopyField(Environment, driver->pEnvironment);
-        CopyField(DriverPath, driver->pDriverPath);
-        CopyField(DataFile, driver->pDataFile);
-        CopyField(ConfigFile, driver->pConfigFile);
-    }
+    if (DRIVER_INFO_2A *driver = ReadDriverInfo2(PrinterHandle.Get(), buffer))
+        CopyDriverInfo(*driver);
     return read;
 }
 
-int CPrinterInf::MatchInf(CBoundedString inf, CBoundedString model, CBoundedString &manufacturer)
+void CInstalledPrinter::CopyPrinterInfo(const PRINTER_INFO_2A &info)
+{
+    CopyField(ServerName, info.pServerName);
+    CopyField(PrinterName, info.pPrinterName);
+    CopyField(ShareName, info.pShareName);
+    CopyField(PortName, info.pPortName);
+    CopyField(DriverName, info.pDriverName);
+    CopyField(Comment, info.pComment);
+    CopyField(Location, info.pLocation);
+    CopyField(SepFile, info.pSepFile);
+    CopyField(PrintProcessor, info.pPrintProcessor);
+    CopyField(Datatype, info.pDatatype);
+    CopyField(Parameters, info.pParameters);
+    Attributes = info.Attributes;
+    Priority = info.Priority;
+    DefaultPriority = info.DefaultPriority;
+    StartTime = info.StartTime;
+    UntilTime = info.UntilTime;
+    Status = info.Status;
+    Jobs = info.cJobs;
+    AveragePpm = info.AveragePPM;
+}
+
+void CInstalledPrinter::CopyDriverInfo(const DRIVER_INFO_2A &driver)
+{
+    DriverVersion = driver.cVersion;
+    CopyField(DriverInfoName, driver.pName);
+    CopyField(Environment, driver.pEnvironment);
+    CopyField(DriverPath, driver.pDriverPath);
+    CopyField(DataFile, driver.pDataFile);
+    CopyField(ConfigFile, driver.pConfigFile);
+}
+
+namespace {
+
+// The class check of a candidate: unlike Open's, "ClassGUID" decides when it
+// has a value, and an empty value counts as none.
+bool IsPrinterInf(const char *inf)
 {
     CBoundedString value;
-    GetPrivateProfileStringA("Version", "ClassGUID", "", value, CBoundedString::Capacity, inf);
-    if (!value.IsEmpty()) {
-        if (!value.Equals(PrinterClassGuid))
-            return 0;
-    } else {
-        GetPrivateProfileStringA("Version", "Class", "", value, CBoundedString::Capacity, inf);
-        if (value.IsEmpty() || !value.Equals("Printer"))
-            return 0;
-    }
+    GetPrivateProfileStringA(VersionSection, VersionClassGuidKey, "", value, CBoundedString::Capacity, inf);
+    if (!value.IsEmpty())
+        return IsPrinterClassGuid(value);
+    GetPrivateProfileStringA(VersionSection, VersionClassKey, "", value, CBoundedString::Capacity, inf);
+    return !value.IsEmpty() && IsPrinterClassName(value);
+}
 
+// Whether a models section lists the model, by its expanded name.
+bool ListsModel(CInfFile &store, const char *inf, const char *modelsSection, const CBoundedString &model)
+{
+    CSectionLines models(modelsSection, inf);
+    while (char *entry = models.Take()) {
+        NextToken(entry, '=');
+        StripOne(entry, ' ');
+        StripOne(entry, '"');
+        CBoundedString name;
+        store.ExpandToken(entry, name, inf);
+        if (model.Equals(name))
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+int CPrinterInf::MatchInf(CBoundedString inf, CBoundedString model, CBoundedString &manufacturer)
+{
+    if (!IsPrinterInf(inf))
+        return 0;
+    // Each line names a manufacturer and its models section; without one,
+    // the section has the manufacturer's own name.
     CSectionLines makers("Manufacturer", inf);
     while (char *line = makers.Take()) {
         char *right = NextToken(line, '=');
@@ -142,68 +173,74 @@ int CPrinterInf::MatchInf(CBoundedString inf, CBoundedString model, CBoundedStri
         ExpandToken(line, manufacturer, inf);
         if (modelsSection.IsEmpty())
             modelsSection = manufacturer;
-
-        CSectionLines models(modelsSection, inf);
-        while (char *entry = models.Take()) {
-            NextToken(entry, '=');
-            StripOne(entry, ' ');
-            StripOne(entry, '"');
-            CBoundedString name;
-            ExpandToken(entry, name, inf);
-            if (model.Equals(name))
-                return 1;
-        }
+        if (ListsModel(*this, inf, modelsSection, model))
+            return 1;
     }
     return 0;
 }
 
+namespace {
+
+// The installed driver's data file names the INF that it came from.
+bool MatchInstalledPrinter(CPrinterInf &printerInf, const char *printerName, CBoundedString &inf,
+                           CBoundedString &manufacturer, CBoundedString &model)
+{
+    CInstalledPrinter printer;
+    if (!printer.Read(printerName))
+        return false;
+    // From here on the printer's driver is the model sought.
+    model = printer.DriverName;
+    inf = CBoundedString();
+    GetPrivateProfileStringA(printer.DriverName, "InstallINF", "", inf, CBoundedString::Capacity,
+                             printer.DataFile);
+    return !inf.IsEmpty() && printerInf.MatchInf(inf, model, manufacturer);
+}
+
+// Makes each search directory current in turn; the process's directory is
+// back as it was afterwards.
+bool SearchInfDirectories(CPrinterInf &printerInf, CBoundedString &inf, CBoundedString &manufacturer,
+                          const CBoundedString &model)
+{
+    CFileSpec current;
+    current.Resolve(FileSpecCurrent);
+    CBoundedString returnTo(current.DirectoryPath());
+    bool found = false;
+    for (const int *id = InfSearchDirectories; *id && !found; ++id) {
+        CFileSpec directory;
+        directory.Resolve(*id);
+        // A directory that cannot be entered leaves the search where it was.
+        SetCurrentDirectoryA(directory.DirectoryPath());
+        WIN32_FIND_DATAA data;
+        CFindHandle find(FindFirstFileA("*.inf", &data));
+        if (!find.IsValid())
+            continue;
+        do {
+            directory.SetFileName(data.cFileName);
+            inf = CBoundedString(directory.FullPath());
+            found = printerInf.MatchInf(inf, model, manufacturer) != 0;
+        } while (!found && FindNextFileA(find.Get(), &data));
+    }
+    SetCurrentDirectoryA(returnTo);
+    return found;
+}
+
+}  // namespace
+
 int CPrinterInf::FindInf(const char *printerName, char *inf, int infSize, char *manufacturer,
                          int manufacturerSize, char *model, int modelSize)
 {
-    CBoundedString localInf(inf), localMaker(manufacturer), localModel(model);
-    bool found = false;
-    {
-        CInstalledPrinter printer;
-        if (printer.Read(printerName)) {
-            localModel = printer.DriverName;
-            localInf = CBoundedString();
-            GetPrivateProfileStringA(printer.DriverName, "InstallINF", "", localInf,
-                                     CBoundedString::Capacity, printer.DataFile);
-            found = !localInf.IsEmpty() && MatchInf(localInf, localModel, localMaker);
-        }
-    }
-
-    if (!found) {
-        CFileSpec current;
-        current.Resolve(FileSpecCurrent);
-        CBoundedString returnTo(current.DirectoryPath());
-        for (const int *id = InfSearchDirectories; *id && !found; ++id) {
-            CFileSpec directory;
-            directory.Resolve(*id);
-            // A directory that cannot be entered leaves the search where it was.
-            SetCurrentDirectoryA(directory.DirectoryPath());
-            WIN32_FIND_DATAA data;
-            CFindHandle find(FindFirstFileA("*.inf", &data));
-            if (!find.IsValid())
-                continue;
-            do {
-                directory.SetFileName(data.cFileName);
-                localInf = CBoundedString(directory.FullPath());
-                found = MatchInf(localInf, localModel, localMaker) != 0;
-            } while (!found && FindNextFileA(find.Get(), &data));
-        }
-        SetCurrentDirectoryA(returnTo);
-        if (!found)
-            return 0;
-    }
+    CBoundedString foundInf(inf), foundMaker(manufacturer), foundModel(model);
+    if (!MatchInstalledPrinter(*this, printerName, foundInf, foundMaker, foundModel) &&
+        !SearchInfDirectories(*this, foundInf, foundMaker, foundModel))
+        return 0;
 
     // Copied only where it fits; CopyBounded never runs past the size given.
-    struct {
+    const struct {
         char *Target;
         int Size;
         const CBoundedString &Text;
-    } results[] = {{inf, infSize, localInf}, {manufacturer, manufacturerSize, localMaker},
-                   {model, modelSize, localModel}};
+    } results[] = {{inf, infSize, foundInf}, {manufacturer, manufacturerSize, foundMaker},
+                   {model, modelSize, foundModel}};
     for (const auto &result : results)
         if (result.Target && result.Size > 0 && static_cast<size_t>(result.Size) >= result.Text.Length())
             CopyBounded(result.Target, result.Text, static_cast<size_t>(result.Size));
@@ -212,13 +249,28 @@ int CPrinterInf::FindInf(const char *printerName, char *inf, int infSize, char *
 
 namespace {
 
+// A device key reads "Enum\<hardware id>\<instance>".
+const char EnumKey[] = "Enum\\";
+
+// Each output of ReadDeviceKey is a buffer of 260 bytes.
 void QueryText(CRegKey &key, const char *name, char *out)
 {
-    DWORD type = REG_SZ, size = CBoundedString::Capacity;
-    if (!key.QueryValue(name, &type, reinterpret_cast<BYTE *>(out), &size))
-        out[0] = 0;
-    else
-        out[CBoundedString::Capacity - 1] = 0;
+    key.QueryString(name, out, CBoundedString::Capacity);
+}
+
+// The instance, with each & read as a backslash, names the device below Enum
+// that holds the port.
+CBoundedString PortDeviceKey(const CBoundedString &keyPath, const char *hardwareId)
+{
+    CBoundedString portDevice(EnumKey);
+    // Behind the hardware id comes one backslash, then the instance.
+    size_t instance = std::strlen(EnumKey) + std::strlen(hardwareId) + 1;
+    if (instance < keyPath.Length())
+        portDevice.Append(keyPath.Text + instance);
+    for (char *c = portDevice.Text; *c; ++c)
+        if (*c == '&')
+            *c = '\\';
+    return portDevice;
 }
 
 }  // namespace
@@ -237,17 +289,8 @@ int CPrinterInf::ReadDeviceKey(CBoundedString keyPath, char *deviceClass, char *
     QueryText(key, "Manufacturer", manufacturer);
     QueryText(key, "Model", modelValue);
 
-    // "Enum\<hardware id>\<instance>": the instance, with each & read as a
-    // backslash, names the device below Enum that holds the port.
-    CBoundedString portDevice("Enum\\");
-    size_t instance = 5 + std::strlen(hardwareId) + 1;
-    if (instance < keyPath.Length())
-        portDevice.Append(keyPath.Text + instance);
-    for (char *c = portDevice.Text; *c; ++c)
-        if (*c == '&')
-            *c = '\\';
+    CBoundedString portDevice = PortDeviceKey(keyPath, hardwareId);
     if (key.Open(HKEY_LOCAL_MACHINE, portDevice))
         QueryText(key, "PortName", portName);
-    key.Key.Reset();
     return 1;
 }

@@ -8,9 +8,6 @@
 #include "inf/bounded_string.h"
 #include "support/handles.h"
 
-// The device class of printers, as an INF's "ClassGUID" names it.
-extern const char *const PrinterClassGuid;
-
 // Where FindInf looks, in this order, as directory ids of CFileSpec; ends in 0.
 extern const int InfSearchDirectories[];
 
@@ -55,6 +52,9 @@ public:
     DWORD LastError;
 
 private:
+    void CopyPrinterInfo(const PRINTER_INFO_2A &info);
+    void CopyDriverInfo(const DRIVER_INFO_2A &driver);
+
     CInstalledPrinter(const CInstalledPrinter &);
     CInstalledPrinter &operator=(const CInstalledPrinter &);
 };

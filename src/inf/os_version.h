@@ -8,11 +8,19 @@
 class COsVersion {
 public:
     enum { FamilyUnknown = 0, FamilyWin32s = 1, FamilyWindows9x = 2, FamilyWindowsNt = 3 };
+    enum {
+        ReleaseUnknown = 0,
+        ReleaseWin32s = 1,
+        ReleaseWindows95 = 2,  // 9x, minor version 0
+        ReleaseWindows98 = 3,  // 9x, any later minor version (98, Me)
+        ReleaseNt3 = 4,
+        ReleaseNt4 = 5,
+        ReleaseNt5 = 6,
+    };
 
     COsVersion();
 
     OSVERSIONINFOA Info;
-    // 1 Win32s; 2 Windows 95 (9x minor 0); 3 later 9x; 4, 5, 6 NT 3, 4, 5; else 0.
     int Release;
     int Family;
 };

@@ -6,16 +6,33 @@
 #include "entry/printer_inf.h"
 #include "registration/spooler.h"
 
-DWORD NewDriverVersion(const COsVersion &os) { return os.Release == 6 ? 3 : 2; }
+namespace {
+
+// cVersion of a new driver: the Windows 2000 kind on NT 5, the older kind on
+// everything else, Windows 9x included.
+enum { DriverVersionNt4 = 2, DriverVersionNt5 = 3 };
+
+// The environment of the NT family is that of the build's own processor: the
+// 64-bit build, which some test machines run, must name the one that its own
+// spooler enumerates and that AddPrinterA looks the driver up in.
+#ifdef _WIN64
+const char NtEnvironment[] = "Windows x64";
+#else
+const char NtEnvironment[] = "Windows NT x86";
+#endif
+
+}  // namespace
+
+DWORD NewDriverVersion(const COsVersion &os)
+{
+    return os.Release == COsVersion::ReleaseNt5 ? DriverVersionNt5 : DriverVersionNt4;
+}
 
 const char *NewDriverEnvironment(const COsVersion &os)
 {
     switch (os.Family) {
     case COsVersion::FamilyWindowsNt:
-        // The library is a 32-bit one; its 64-bit build, which the test
-        // machine runs, must name the environment that its own spooler
-        // enumerates and that AddPrinterA looks the driver up in.
-        return sizeof(void *) == 8 ? "Windows x64" : "Windows NT x86";
+        return NtEnvironment;
     case COsVersion::FamilyWindows9x:
         return Windows9xEnvironment;
     default:
@@ -48,7 +65,7 @@ int CPrinterInf::InstallPrintProcessor()
         return 1;
     if (AddPrintProcessorA(NULL, NULL, PrintProcessorFile, PrintProcessorName))
         return 1;
-    return GetLastError() == PrintProcessorAlreadyInstalled ? 1 : 0;
+    return GetLastError() == ERROR_PRINT_PROCESSOR_ALREADY_INSTALLED ? 1 : 0;
 }
 
 int CPrinterInf::InstallMonitor()
@@ -59,10 +76,56 @@ int CPrinterInf::InstallMonitor()
     info.pName = MonitorName;
     info.pEnvironment = NULL;
     info.pDLLName = MonitorFile;
-    if (AddMonitorA(NULL, 2, reinterpret_cast<BYTE *>(&info)))
+    if (AddMonitorA(NULL, MonitorInfo2Level, reinterpret_cast<BYTE *>(&info)))
         return 1;
-    return GetLastError() == PrintMonitorAlreadyInstalled ? 1 : 0;
+    return GetLastError() == ERROR_PRINT_MONITOR_ALREADY_INSTALLED ? 1 : 0;
 }
+
+namespace {
+
+// The spooler may leave a text null; null reads as empty text.
+const char *TextOf(const char *field) { return field ? field : ""; }
+
+// A spec for each file field that may change: the record points into them
+// until it has gone back to the spooler.
+struct CDriverFileSpecs {
+    CFileSpec Help;
+    CFileSpec Config;
+    CFileSpec Data;
+    CFileSpec Driver;
+};
+
+// Points the spooler's record at whatever of the INF's driver differs from it;
+// the record's own strings stay as they are. Gives true if anything changed.
+bool UpdateDriverRecord(CPrinterInf &inf, DRIVER_INFO_3A &record, CDriverFileSpecs &specs)
+{
+    bool changed = false;
+    if (!inf.DefaultDataType.Equals(TextOf(record.pDefaultDataType))) {
+        changed = true;
+        record.pDefaultDataType = inf.DefaultDataType;
+    }
+    if (!inf.MonitorName.Equals(TextOf(record.pMonitorName))) {
+        changed = true;
+        record.pMonitorName = inf.MonitorName;
+    }
+    const struct {
+        char **Field;
+        const char *File;
+        CFileSpec &Spec;
+    } files[] = {{&record.pHelpFile, inf.HelpFile, specs.Help},
+                 {&record.pConfigFile, inf.ConfigFile, specs.Config},
+                 {&record.pDataFile, inf.DataFile, specs.Data},
+                 {&record.pDriverPath, inf.DriverFile, specs.Driver}};
+    for (const auto &file : files) {
+        if (const char *updated = UpdatedDriverFile(*file.Field, file.File, file.Spec)) {
+            changed = true;
+            *file.Field = const_cast<char *>(updated);
+        }
+    }
+    return changed;
+}
+
+}  // namespace
 
 int CPrinterInf::UpdateInstalledDrivers()
 {
@@ -72,80 +135,69 @@ int CPrinterInf::UpdateInstalledDrivers()
     if (!drivers)
         return 0;
 
-    DWORD mismatches = 0;
+    // Every record of the model is compared and given back by itself.
+    bool matched = false;
     for (DWORD i = 0; i < count; ++i) {
         DRIVER_INFO_3A &record = drivers[i];
-        if (!Model.Equals(record.pName ? record.pName : "")) {
-            ++mismatches;
+        if (!Model.Equals(TextOf(record.pName)))
             continue;
-        }
-        bool changed = false;
-        // The spooler may leave these two null; null reads as empty text.
-        if (!DefaultDataType.Equals(record.pDefaultDataType ? record.pDefaultDataType : "")) {
-            changed = true;
-            record.pDefaultDataType = DefaultDataType;
-        }
-        if (!MonitorName.Equals(record.pMonitorName ? record.pMonitorName : "")) {
-            changed = true;
-            record.pMonitorName = MonitorName;
-        }
-        // Each field that changes points into its own spec until the call.
-        CFileSpec help, config, data, driver;
-        struct {
-            char **Field;
-            const char *File;
-            CFileSpec &Spec;
-        } files[] = {{&record.pHelpFile, HelpFile, help},
-                     {&record.pConfigFile, ConfigFile, config},
-                     {&record.pDataFile, DataFile, data},
-                     {&record.pDriverPath, DriverFile, driver}};
-        for (auto &file : files) {
-            if (const char *updated = UpdatedDriverFile(*file.Field, file.File, file.Spec)) {
-                changed = true;
-                *file.Field = const_cast<char *>(updated);
-            }
-        }
-        if (changed)
-            AddPrinterDriverA(NULL, 3, reinterpret_cast<BYTE *>(&record));
+        matched = true;
+        CDriverFileSpecs specs;
+        if (UpdateDriverRecord(*this, record, specs))
+            AddPrinterDriverA(NULL, DriverInfo3Level, reinterpret_cast<BYTE *>(&record));
     }
-    return mismatches != count ? 1 : 0;
+    return matched ? 1 : 0;
 }
+
+namespace {
+
+// The driver directory plus the file's name, as a text of its own.
+CBoundedString DriverDirectoryPath(CFileSpec &directory, const char *file)
+{
+    directory.SetFileName(file);
+    return CBoundedString(directory.FullPath());
+}
+
+// NUL-separated names closed by one more NUL, 260 bytes of room a name.
+std::vector<char> DependentFileBlock(const CDestinationList &names)
+{
+    std::vector<char> block(names.size() * CBoundedString::Capacity + 1, 0);
+    char *next = block.data();
+    for (const CBoundedString &name : names) {
+        size_t length = name.Length();
+        std::memcpy(next, name.Text, length + 1);
+        next += length + 1;
+    }
+    *next = 0;
+    return block;
+}
+
+}  // namespace
 
 int CPrinterInf::AddNewDriver(const CDestinationList &dependentFiles)
 {
     COsVersion os;
     CFileSpec directory;
     directory.Resolve(FileSpecPrinterDrivers);
-    CBoundedString paths[4];
-    const CBoundedString *files[4] = {&DriverFile, &DataFile, &ConfigFile, &HelpFile};
-    for (int i = 0; i < 4; ++i) {
-        directory.SetFileName(*files[i]);
-        paths[i] = CBoundedString(directory.FullPath());
-    }
-
-    // NUL-separated names closed by one more NUL, 260 bytes of room a name.
-    std::vector<char> block(dependentFiles.size() * CBoundedString::Capacity + 1, 0);
-    char *next = block.data();
-    for (const CBoundedString &name : dependentFiles) {
-        size_t length = name.Length();
-        std::memcpy(next, name.Text, length + 1);
-        next += length + 1;
-    }
-    *next = 0;
+    CBoundedString driverPath = DriverDirectoryPath(directory, DriverFile);
+    CBoundedString dataPath = DriverDirectoryPath(directory, DataFile);
+    CBoundedString configPath = DriverDirectoryPath(directory, ConfigFile);
+    CBoundedString helpPath = DriverDirectoryPath(directory, HelpFile);
+    std::vector<char> block = DependentFileBlock(dependentFiles);
 
     DRIVER_INFO_3A info;
     std::memset(&info, 0, sizeof info);
     info.cVersion = NewDriverVersion(os);
     info.pName = Model;
     info.pEnvironment = const_cast<char *>(NewDriverEnvironment(os));
-    info.pDriverPath = paths[0];
-    info.pDataFile = paths[1];
-    info.pConfigFile = paths[2];
-    info.pHelpFile = paths[3];
+    info.pDriverPath = driverPath;
+    info.pDataFile = dataPath;
+    info.pConfigFile = configPath;
+    info.pHelpFile = helpPath;
     info.pDependentFiles = block.data();
     info.pMonitorName = MonitorName;
     info.pDefaultDataType = DefaultDataType;
-    return AddPrinterDriverA(NULL, 3, reinterpret_cast<BYTE *>(&info)) ? 1 : 0;
+    return AddPrinterDriverA(NULL, DriverInfo3Level, reinterpret_cast<BYTE *>(&info)) ? 1 : 0;
 }
 
 int CPrinterInf::InstallDriver()

@@ -9,9 +9,6 @@
 #include "files/file_spec.h"
 #include "inf/os_version.h"
 
-// The spooler's answers that mean "installed already".
-enum { PrintProcessorAlreadyInstalled = 3005, PrintMonitorAlreadyInstalled = 3006 };
-
 // cVersion and pEnvironment of a driver new to the spooler on that system.
 DWORD NewDriverVersion(const COsVersion &os);
 const char *NewDriverEnvironment(const COsVersion &os);

@@ -47,6 +47,18 @@ bool CRegKey::QueryValue(const char *name, DWORD *type, BYTE *data, DWORD *size)
     return Status == ERROR_SUCCESS;
 }
 
+bool CRegKey::QueryString(const char *name, char *out, DWORD size)
+{
+    DWORD type = REG_SZ, read = size;
+    if (!QueryValue(name, &type, reinterpret_cast<BYTE *>(out), &read)) {
+        out[0] = 0;
+        return false;
+    }
+    // A value stored without its NUL still ends inside the buffer.
+    out[size - 1] = 0;
+    return true;
+}
+
 bool CRegKey::EnumValueNames(char *buffer, DWORD *size, DWORD *count)
 {
     if (!buffer || !size || !count)

@@ -11,16 +11,107 @@ const char AddServiceKey[] = "AddService";
 
 namespace {
 
-// The texts of one service, read raw: the service manager wants the binary
-// path as it stands, so no token or directory id is resolved in them.
-struct CServiceTexts {
+// The data of a service's uninstall value; its name is what counts.
+const char ServiceListed[] = "1";
+
+// One "AddService" line, read into what CreateServiceA wants. The texts are
+// read raw: the service manager wants the binary path as it stands, so no
+// token or directory id is resolved in them. Info points into the texts, so
+// a record is never copied.
+struct CServiceRecord {
+    CServiceRecord() {}
+
+    CBoundedString Name;
+    // The service's own section, named behind the comma; empty without one.
+    CBoundedString Section;
     CBoundedString DisplayName;
     CBoundedString BinaryPathName;
     CBoundedString LoadOrderGroup;
     // Zero-filled behind the text, so it reads as a list of one name.
     CBoundedString Dependencies;
     CBoundedString ServiceStartName;
+    ServiceCreateInfo Info;
+
+private:
+    CServiceRecord(const CServiceRecord &);
+    CServiceRecord &operator=(const CServiceRecord &);
 };
+
+// "AddService=name,section": the name loses its quotes, the section is kept
+// as it stands.
+void ReadAddServiceLine(const CInfKey &line, CServiceRecord &service)
+{
+    service.Name = line.Value;
+    const char *section = NextToken(service.Name, ',');
+    service.Section = CBoundedString(section ? section : "");
+    StripChar(service.Name, '"');
+}
+
+// An absent or empty text takes its default: the display name is the key name.
+void ReadServiceTexts(CPrinterInf &inf, CServiceRecord &service)
+{
+    const struct {
+        const char *Key;
+        CBoundedString *Out;
+        const char *Default;
+    } texts[] = {
+        {"DisplayName", &service.DisplayName, service.Name},
+        {"ServiceBinary", &service.BinaryPathName, ""},
+        {"LoadOrderGroup", &service.LoadOrderGroup, ""},
+        {"Dependencies", &service.Dependencies, ""},
+        {"StartName", &service.ServiceStartName, ""},
+    };
+    for (const auto &text : texts) {
+        // An unnamed section is no lookup at all: the default stands.
+        *text.Out = CBoundedString(text.Default);
+        inf.LookupKey(service.Section, text.Key, *text.Out, text.Default);
+        StripChar(*text.Out, '"');
+    }
+}
+
+// Decimal, as atol reads it; an absent or empty number keeps the default of
+// ServiceCreateInfo.
+void ReadServiceNumbers(CPrinterInf &inf, CServiceRecord &service)
+{
+    const struct {
+        const char *Key;
+        DWORD *Out;
+    } numbers[] = {
+        {"ServiceType", &service.Info.ServiceType},
+        {"StartType", &service.Info.StartType},
+        {"ErrorControl", &service.Info.ErrorControl},
+    };
+    CInfSection section;
+    if (!inf.FindSection(service.Section, section))
+        return;
+    for (const auto &number : numbers) {
+        CInfKeyList::iterator found;
+        if (inf.FindKey(section, found, number.Key) && !found->Value.IsEmpty())
+            *number.Out = static_cast<DWORD>(std::atol(found->Value));
+    }
+}
+
+void PointInfoAtTexts(CServiceRecord &service)
+{
+    service.Info.ServiceName = service.Name;
+    service.Info.DisplayName = service.DisplayName;
+    service.Info.BinaryPathName = service.BinaryPathName;
+    service.Info.LoadOrderGroup = service.LoadOrderGroup;
+    service.Info.Dependencies = service.Dependencies;
+    service.Info.ServiceStartName = service.ServiceStartName;
+}
+
+// A service that exists already is left as it is, unread.
+bool InstallService(CPrinterInf &inf, CServiceRecord &service)
+{
+    CServiceControl control;
+    if (control.IsInstalled(service.Name))
+        return false;
+    ReadServiceTexts(inf, service);
+    ReadServiceNumbers(inf, service);
+    PointInfoAtTexts(service);
+    return control.Create(service.Info);
+}
 
 }  // namespace
 
@@ -32,65 +123,16 @@ int CPrinterInf::InstallServices()
     if (!FindSection(sectionName, services))
         return 0;
 
+    // Every service listed is recorded, created now or not.
     bool created = false;
     for (const CInfKey &line : services->second) {
         if (CompareNoCase(line.Name, AddServiceKey) != 0)
             continue;
-        CBoundedString name(line.Value);
-        const char *ownSection = NextToken(name.Text, ',');
-        if (!ownSection)
-            ownSection = "";
-        StripChar(name.Text, '"');
-
-        CServiceControl control;
-        if (!control.IsInstalled(name)) {
-            CServiceTexts texts;
-            const struct {
-                const char *Key;
-                CBoundedString *Out;
-                const char *Default;
-            } textKeys[] = {
-                {"DisplayName", &texts.DisplayName, name},
-                {"ServiceBinary", &texts.BinaryPathName, ""},
-                {"LoadOrderGroup", &texts.LoadOrderGroup, ""},
-                {"Dependencies", &texts.Dependencies, ""},
-                {"StartName", &texts.ServiceStartName, ""},
-            };
-            for (const auto &key : textKeys) {
-                // An unnamed section is no lookup at all: the default stands.
-                *key.Out = CBoundedString(key.Default);
-                LookupKey(ownSection, key.Key, *key.Out, key.Default);
-                StripChar(*key.Out, '"');
-            }
-
-            ServiceCreateInfo info;
-            const struct {
-                const char *Key;
-                DWORD *Out;
-            } numberKeys[] = {
-                {"ServiceType", &info.ServiceType},
-                {"StartType", &info.StartType},
-                {"ErrorControl", &info.ErrorControl},
-            };
-            CInfSection section;
-            if (FindSection(ownSection, section)) {
-                for (const auto &key : numberKeys) {
-                    CInfKeyList::iterator found;
-                    if (FindKey(section, found, key.Key) && !found->Value.IsEmpty())
-                        *key.Out = static_cast<DWORD>(std::atol(found->Value));
-                }
-            }
-
-            info.ServiceName = name;
-            info.DisplayName = texts.DisplayName;
-            info.BinaryPathName = texts.BinaryPathName;
-            info.LoadOrderGroup = texts.LoadOrderGroup;
-            info.Dependencies = texts.Dependencies;
-            info.ServiceStartName = texts.ServiceStartName;
-            if (control.Create(info))
-                created = true;
-        }
-        LogUninstall(UninstallServices, name, "1");
+        CServiceRecord service;
+        ReadAddServiceLine(line, service);
+        if (InstallService(*this, service))
+            created = true;
+        LogUninstall(UninstallServices, service.Name, ServiceListed);
     }
     return created ? 1 : 0;
 }

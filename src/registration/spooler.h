@@ -8,6 +8,16 @@
 
 #include <vector>
 
+// The level by which a spooler call names each record that the installer
+// passes or reads.
+enum {
+    DirectoryInfoLevel = 1,  // the one level of the directory queries
+    PrinterInfo2Level = 2,   // PRINTER_INFO_2
+    DriverInfo2Level = 2,    // DRIVER_INFO_2
+    DriverInfo3Level = 3,    // DRIVER_INFO_3
+    MonitorInfo2Level = 2,   // MONITOR_INFO_2
+};
+
 // The 9x family's environment, whose drivers an NT machine can also hold.
 extern const char *const Windows9xEnvironment;  // "Windows 4.0"
 

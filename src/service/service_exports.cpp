@@ -22,10 +22,17 @@ DWORD ParseServiceNumber(const char *text)
     return negative ? 0u - value : value;
 }
 
+namespace {
+
+// Only this many commas become NULs; a further name stays joined to the last.
+const int DependencyCommasSplit = 2;
+
+}  // namespace
+
 void SplitDependencies(char *text)
 {
     char *p = text;
-    for (int pass = 0; pass < 2; ++pass) {
+    for (int pass = 0; pass < DependencyCommasSplit; ++pass) {
         while (*p == ',')
             ++p;
         while (*p && *p != ',')
@@ -85,12 +92,44 @@ namespace {
 
 enum { ServiceValueSize = 64 };
 
+// One key of the command line and where its value goes: a number of the
+// record, a text of it, or, for the stop-and-start target, neither.
 struct CServiceKeyRow {
     const char *Key;
     DWORD *Number;
     const char **Text;
     char Value[ServiceValueSize];
 };
+
+// A text field points straight into its row, so the rows must outlive the
+// record's use.
+template <size_t Count>
+void ReadRows(const CCommandLine &line, CServiceKeyRow (&rows)[Count])
+{
+    for (CServiceKeyRow &row : rows) {
+        // Values too long for the row are dropped whole, never cut.
+        if (!line.GetValues(row.Key, row.Value, sizeof row.Value, NULL, ' '))
+            continue;
+        StripChar(row.Value, ' ');
+        if (row.Number)
+            *row.Number = ParseServiceNumber(row.Value);
+        else
+            *row.Text = row.Value;
+    }
+}
+
+// Both point into their rows' buffers, whose tails are zero: the list that
+// the split leaves ends with two NULs.
+void PrepareListTexts(ServiceCreateInfo &info)
+{
+    if (info.Dependencies) {
+        char *list = const_cast<char *>(info.Dependencies);
+        StripOne(list, '"');
+        SplitDependencies(list);
+    }
+    if (info.LoadOrderGroup)
+        StripOne(const_cast<char *>(info.LoadOrderGroup), '"');
+}
 
 }  // namespace
 
@@ -99,7 +138,6 @@ extern "C" void CALLBACK Service_RunDll_Create(HWND, HINSTANCE, const char *comm
     CCommandLine line(commandLine);
     ServiceCreateInfo info;
     const char *startStop = NULL;
-
     CServiceKeyRow rows[] = {
         {"ACCESS", &info.DesiredAccess, NULL, {0}},
         {"ERROR_CTRL", &info.ErrorControl, NULL, {0}},
@@ -114,30 +152,16 @@ extern "C" void CALLBACK Service_RunDll_Create(HWND, HINSTANCE, const char *comm
         {"USERNAME", NULL, &info.ServiceStartName, {0}},
         {"STARTSTOP", NULL, &startStop, {0}},
     };
-    for (CServiceKeyRow &row : rows) {
-        // Values too long for the row are dropped whole, never cut.
-        if (!line.GetValues(row.Key, row.Value, sizeof row.Value, NULL, ' '))
-            continue;
-        StripChar(row.Value, ' ');
-        if (row.Number)
-            *row.Number = ParseServiceNumber(row.Value);
-        else
-            *row.Text = row.Value;
-    }
+    ReadRows(line, rows);
 
-    if (startStop && *startStop)
+    // The named service is stopped first and started last, whatever the
+    // creation gave.
+    bool restart = startStop && *startStop;
+    if (restart)
         Service_Stop(startStop);
-    // Both point into their rows' buffers, whose tails are zero: the list
-    // that the split leaves ends with two NULs.
-    if (info.Dependencies) {
-        char *list = const_cast<char *>(info.Dependencies);
-        StripOne(list, '"');
-        SplitDependencies(list);
-    }
-    if (info.LoadOrderGroup)
-        StripOne(const_cast<char *>(info.LoadOrderGroup), '"');
+    PrepareListTexts(info);
     Service_Create(&info);
-    if (startStop && *startStop)
+    if (restart)
         Service_Start(startStop, 0, NULL);
 }
 

@@ -114,7 +114,7 @@ TEST(PrintProcessorAndMonitor, MonitorAddedOnceFoundTheSecondTimeAndProcessorAdd
     GetSystemDirectoryA(system, MAX_PATH);
     ASSERT_TRUE(CopyFileA((BinaryDirectory() + "tovrel_monitor.dll").c_str(),
                           (std::string(system) + "\\tovrel_monitor.dll").c_str(), FALSE));
-    const DWORD errors[] = {0, PrintMonitorAlreadyInstalled};
+    const DWORD errors[] = {0, ERROR_PRINT_MONITOR_ALREADY_INSTALLED};
     for (DWORD error : errors) {
         CPrinterInf inf;
         inf.MonitorName = CBoundedString("Tovrel Test Monitor");
