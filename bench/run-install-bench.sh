@@ -1,0 +1,64 @@
+#!/usr/bin/env bash
+# An install's fixed cost and its cost per cabinet file, each beside the
+# platform's own work in the same run (install_bench.exe), pinned to one CPU
+# together with its wineserver in one throw-away prefix. Prints the figures,
+# the ratios and whether each target is met:
+#   Repair on a 100 KB INF at most half of SetupOpenInfFileA + close;
+#   Repair on a 1 KB INF at most 2 ms;
+#   Repair grows at most 11 times from 1 MB to 10 MB;
+#   the copy stage's own copy and record of a file at most 1.3 times
+#   CopyFileA plus one registry value (100 files);
+#   from 100 to 1,000 files the stage's cost per file grows no more than
+#   the platform's.
+#   bench/run-install-bench.sh [BUILD_DIR] [REPEATS] [--setupapi-10mb]
+# --setupapi-10mb also opens the 10 MB INF with setupapi (minutes).
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+root=$(cd "$here/.." && pwd)
+. "$root/scripts/wine-env.sh"
+build=${1:-$root/build/$TOVREL_WINE_ARCH}
+repeats=${2:-9}
+limit=$((2 * 1024 * 1024))
+[ "${3:-}" = --setupapi-10mb ] && limit=$((11 * 1024 * 1024))
+bench="$build/bin/install_bench.exe"
+[ -f "$bench" ] || { echo "no $bench: build the target install_bench first" >&2; exit 1; }
+
+"$root/scripts/wine-prefix.sh" winxp >/dev/null
+wroot=$(tovrel_wine_root)
+mkdir -p "$wroot/run"
+run=$(mktemp -d "$wroot/run/bench.XXXXXX")
+cp -a "$wroot/templates/$TOVREL_WINE_ARCH-winxp/." "$run/"
+export HOME="$run/home" WINEPREFIX="$run/prefix"
+trap 'wineserver -k >/dev/null 2>&1; rm -rf "$run"' EXIT
+
+pin="taskset -c 1"
+data="$run/data"
+mkdir -p "$data"
+windata="Z:$(printf '%s' "$data" | tr / '\\')"
+$pin wineserver -p
+echo "install bench: $(date -u +%Y-%m-%d), $(nproc) CPUs, $(sed -n 's/^model name\t: //p' /proc/cpuinfo | head -1)," \
+     "$TOVREL_WINE_ARCH build, medians of $repeats"
+
+figures=$( { $pin "$TOVREL_WINE" "$bench" open "$windata" "$repeats" "$limit";
+             $pin "$TOVREL_WINE" "$bench" copy "$windata" "$repeats"; } 2>/dev/null | tr -d '\r')
+printf '%s\n' "$figures"
+
+printf '%s\n' "$figures" | awk '
+    function verdict(ok) { return ok ? "met" : "NOT met" }
+    $2 == "open" { n++; size[n] = $3; repair[n] = $5; setupapi[n] = $7; floor[n] = $9 }
+    $2 == "copy" { stage[$3] = $5; extract[$3] = $7; platform[$3] = $9 }
+    END {
+        for (i = 1; i <= n; i++)
+            if (setupapi[i] >= 0)
+                printf "open %d bytes: Repair / setupapi = %.3f, Repair / floor = %.1f\n", size[i], repair[i] / setupapi[i], repair[i] / floor[i]
+        printf "target Repair(1 KB) <= 2 ms: %s (%.3f ms)\n", verdict(repair[1] <= 2), repair[1]
+        if (setupapi[2] > 0)
+            printf "target Repair(100 KB) <= 0.5 x setupapi: %s (%.3f)\n", verdict(repair[2] / setupapi[2] <= 0.5), repair[2] / setupapi[2]
+        printf "target Repair(10 MB) / Repair(1 MB) <= 11: %s (%.2f)\n", verdict(repair[4] / repair[3] <= 11), repair[4] / repair[3]
+        for (f in stage)
+            printf "copy %d files: stage own %.1f us, platform %.1f us a file, ratio %.2f\n", f, stage[f] - extract[f], platform[f], (stage[f] - extract[f]) / platform[f]
+        own = stage[100] - extract[100]
+        printf "target copy own / platform (100 files) <= 1.3: %s (%.2f)\n", verdict(own / platform[100] <= 1.3), own / platform[100]
+        growth = (stage[1000] - extract[1000]) / own; pgrowth = platform[1000] / platform[100]
+        printf "target copy growth 100 -> 1000 files <= platform growth: %s (%.2f against %.2f)\n", verdict(growth <= pgrowth), growth, pgrowth
+    }'
