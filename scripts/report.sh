@@ -16,5 +16,5 @@ report="build/$arch/bin/tovrel-report.exe"
 export HOME="$job/home" WINEPREFIX="$job/prefix"
 trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
 code=0
-"$TOVREL_WINE" "$report" "$@" 2>&1 | tr -d '\r' || code=$?
+"$TOVREL_WINE" "$report" "$@" | tr -d '\r' || code=$?
 exit "$code"

@@ -6,6 +6,13 @@
 
 static const char Kind[] = "registry";
 static const size_t DwordSize = 4;
+static const int NibbleBits = 4;
+static const BYTE NibbleMask = 0xf;
+
+static DWORD DwordOf(const std::vector<BYTE> &data)
+{
+    return data[0] | (data[1] << 8) | (data[2] << 16) | (static_cast<DWORD>(data[3]) << 24);
+}
 
 static HKEY RootKey(AddRegRoot root)
 {
@@ -44,16 +51,22 @@ static bool DataMatches(unsigned long type, const std::vector<BYTE> &data, const
         return true;
     if (type != RegTypeDword || data.size() != DwordSize)
         return false;
-    DWORD number = data[0] | (data[1] << 8) | (data[2] << 16) | (static_cast<DWORD>(data[3]) << 24);
-    return number == ReadAddRegFlags(text);
+    return DwordOf(data) == ReadAddRegFlags(text);
 }
 
+// Text types as text, a four-byte REG_DWORD as its number, anything else
+// as its bytes in hexadecimal.
 static std::string Shown(unsigned long type, const std::vector<BYTE> &data)
 {
-    std::string text(data.begin(), data.end());
-    while (!text.empty() && text.back() == '\0')
-        text.pop_back();
-    return std::string(RegistryTypeName(type)) + " \"" + text + "\"";
+    std::string shown = std::string(RegistryTypeName(type)) + " ";
+    if (type == RegTypeString || type == RegTypeExpandString || type == RegTypeMultiString)
+        return shown + "\"" + TextOfBytes(data) + "\"";
+    if (type == RegTypeDword && data.size() == DwordSize)
+        return shown + std::to_string(DwordOf(data));
+    static const char Digits[] = "0123456789abcdef";
+    for (BYTE byte : data)
+        shown += std::string(1, Digits[byte >> NibbleBits]) + Digits[byte & NibbleMask];
+    return shown;
 }
 
 static ReportItem CompareValue(const std::string &subject, HKEY key, const AddRegLine &parsed,
