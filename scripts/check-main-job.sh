@@ -2,7 +2,8 @@
 # Runs the main job on every Wine architecture this host can run (the one
 # scripts/wine-env.sh picks and, where that is win32, win64 as well) and
 # fails unless each run exits 0 within its time and its report shows the
-# printer, the driver, the files, the service and the uninstall tree.
+# printer, the driver, the files, the service and the uninstall tree, and
+# tovrel-report finds every item of the record held.
 #   check-main-job.sh [SECONDS]    time allowed for one run (default 900)
 set -uo pipefail
 cd "$(dirname "$0")/.."
@@ -46,6 +47,10 @@ check_report() {
     expect "$log" "the uninstall tree" "Uninstall Data.Plenarc Demo 600.files$" || ok=1
     expect "$log" "the uninstall tree" "spool.drivers.$env_dir.3.PLENARC.DRV +REG_SZ +1$" || ok=1
     expect "$log" "the uninstall tree" "Uninstall Data.Plenarc Demo 600.services$" || ok=1
+    # The report finds every item of the record as it should be.
+    expect "$log" "the report of the record" "^summary +Plenarc Demo 600: [0-9]+ items, [0-9]+ held, 0 drifted, 0 pending" || ok=1
+    expect "$log" "the report of the record" "^exit 0$" || ok=1
+    expect "$log" "the report as JSON" "\"drifted\": 0, \"pending\": 0" || ok=1
     return $ok
 }
 

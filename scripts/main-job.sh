@@ -12,7 +12,7 @@ arch=$TOVREL_WINE_ARCH
 echo "== building tovrel.dll and the fixture files ($arch)"
 cmake --preset "$arch" >/dev/null
 cmake --build --preset "$arch" --target tovrel repair_cli selfreg_a versioned_2_0_0_0 tovrel_monitor \
-    fixture_service >/dev/null
+    fixture_service tovrel-report >/dev/null
 
 scripts/wine-prefix.sh winxp
 root=$(tovrel_wine_root)
@@ -78,4 +78,12 @@ echo "== the service"
 query 'HKLM\System\CurrentControlSet\Services\PlenarcDemo'
 echo "== the uninstall tree"
 query 'HKLM\SOFTWARE\Halvern\Plenarc\6.0\Uninstall Data' /s
+# The record checked item by item against the machine by tovrel-report,
+# which shares no code with the install; its exit code says whether all held.
+for form in text json; do
+    if [ $form = text ]; then echo "== the report of the record"; else echo "== the report as JSON"; fi
+    code=0
+    run_wine "$bin/tovrel-report.exe" $( [ $form = json ] && echo --json ) "Plenarc Demo 600" || code=$?
+    echo "exit $code"
+done
 echo "== prefix kept in $WINEPREFIX"

@@ -17,6 +17,9 @@ have g++ || need+=(g++)
 have clang++ || need+=(clang)
 dpkg -s libclang-rt-14-dev >/dev/null 2>&1 || need+=(libclang-rt-14-dev)
 have xvfb-run || need+=(xvfb)
+# scripts/package.sh: cpack -G ZIP and the check of the zip's contents.
+have zip || need+=(zip)
+have unzip || need+=(unzip)
 # scripts/screenshots.sh: xwd grabs the virtual screen, ImageMagick makes PNGs.
 have xwd || need+=(x11-apps)
 dpkg -s imagemagick >/dev/null 2>&1 || need+=(imagemagick)

@@ -1,0 +1,122 @@
+#include <windows.h>
+
+#include "report/file_check.h"
+#include "report/model_value_check.h"
+#include "report/spooler_lists.h"
+#include "report/text_compare.h"
+
+static const char Kind[] = "model";
+static const DWORD ProcessorDirectoryLevel = 1;
+
+static std::string Quoted(const std::string &text)
+{
+    return "\"" + text + "\"";
+}
+
+static std::string TextOrEmpty(const char *text)
+{
+    return text ? text : "";
+}
+
+// A driver file: the spooler's path for it ends in the recorded name, and
+// the file is there.
+static ReportItem CheckDriverFile(const NamedValue &value, const DriverRecord &driver, const std::string &field)
+{
+    if (!driver.Found)
+        return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", the spooler has no such driver");
+    const std::string &path = field;
+    if (!EqualNoCase(FileNameOf(path), value.Text))
+        return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", the driver has " + Quoted(path));
+    if (!FileIsPresent(path, nullptr))
+        return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", " + path + " missing");
+    return MakeItem(Kind, value.Name, ItemState::Held, Quoted(value.Text) + ", the driver's " + path + " present");
+}
+
+static ReportItem CheckDriverText(const NamedValue &value, const DriverRecord &driver, const std::string &field)
+{
+    if (!driver.Found)
+        return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", the spooler has no such driver");
+    if (!EqualNoCase(field, value.Text))
+        return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", the driver has " + Quoted(field));
+    return MakeItem(Kind, value.Name, ItemState::Held, Quoted(value.Text) + ", as the driver has it");
+}
+
+static ReportItem CheckMonitorName(const NamedValue &value, const DriverRecord &driver)
+{
+    SpoolerList<MONITOR_INFO_2A> monitors;
+    ListMonitors(monitors);
+    for (const MONITOR_INFO_2A &monitor : monitors)
+        if (EqualNoCase(TextOrEmpty(monitor.pName), value.Text))
+            return CheckDriverText(value, driver, driver.MonitorName);
+    return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", no such monitor in the spooler");
+}
+
+static ReportItem CheckMonitorFile(const NamedValue &value)
+{
+    SpoolerList<MONITOR_INFO_2A> monitors;
+    ListMonitors(monitors);
+    for (const MONITOR_INFO_2A &monitor : monitors)
+        if (EqualNoCase(FileNameOf(TextOrEmpty(monitor.pDLLName)), value.Text))
+            return MakeItem(Kind, value.Name, ItemState::Held,
+                            Quoted(value.Text) + ", the library of monitor " + Quoted(TextOrEmpty(monitor.pName)));
+    return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", no monitor of the spooler uses it");
+}
+
+static ReportItem CheckProcessorName(const NamedValue &value, const char *environment)
+{
+    SpoolerList<PRINTPROCESSOR_INFO_1A> processors;
+    ListProcessors(environment, processors);
+    for (const PRINTPROCESSOR_INFO_1A &processor : processors)
+        if (EqualNoCase(TextOrEmpty(processor.pName), value.Text))
+            return MakeItem(Kind, value.Name, ItemState::Held, Quoted(value.Text) + ", installed");
+    return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", no such print processor");
+}
+
+// The spooler loads a processor from its processor directory; a built-in
+// one such as winprint lives in the system directory instead.
+static ReportItem CheckProcessorFile(const NamedValue &value, const char *environment)
+{
+    char directories[2][MAX_PATH] = {"", ""};
+    DWORD needed = 0;
+    if (!GetPrintProcessorDirectoryA(NULL, const_cast<char *>(environment), ProcessorDirectoryLevel,
+                                     reinterpret_cast<BYTE *>(directories[0]), MAX_PATH, &needed))
+        directories[0][0] = '\0';
+    UINT length = GetSystemDirectoryA(directories[1], MAX_PATH);
+    if (length == 0 || length >= MAX_PATH)
+        directories[1][0] = '\0';
+    for (const char *directory : directories) {
+        std::string path = std::string(directory) + "\\" + value.Text;
+        if (*directory && FileIsPresent(path, nullptr))
+            return MakeItem(Kind, value.Name, ItemState::Held, Quoted(value.Text) + ", " + path + " present");
+    }
+    return MakeItem(Kind, value.Name, ItemState::Drifted,
+                    Quoted(value.Text) + ", in neither the processor nor the system directory");
+}
+
+ReportItem CheckModelValue(const NamedValue &value, const DriverRecord &driver)
+{
+    const std::string &name = value.Name;
+    if (EqualNoCase(name, "PnP ID"))
+        return MakeItem(Kind, name, ItemState::Unchecked, Quoted(value.Text) + ", kept nowhere but in the record");
+    if (value.Text.empty())
+        return MakeItem(Kind, name, ItemState::Held, "empty: the install gave nothing for it");
+    if (EqualNoCase(name, "Driver File"))
+        return CheckDriverFile(value, driver, driver.DriverPath);
+    if (EqualNoCase(name, "Data File"))
+        return CheckDriverFile(value, driver, driver.DataFile);
+    if (EqualNoCase(name, "Config File"))
+        return CheckDriverFile(value, driver, driver.ConfigFile);
+    if (EqualNoCase(name, "Help File"))
+        return CheckDriverFile(value, driver, driver.HelpFile);
+    if (EqualNoCase(name, "Default Data Type"))
+        return CheckDriverText(value, driver, driver.DefaultDataType);
+    if (EqualNoCase(name, "Language Monitor Name"))
+        return CheckMonitorName(value, driver);
+    if (EqualNoCase(name, "Language Monitor File"))
+        return CheckMonitorFile(value);
+    if (EqualNoCase(name, "Print Processor Name"))
+        return CheckProcessorName(value, driver.Environment.c_str());
+    if (EqualNoCase(name, "Print Processor File"))
+        return CheckProcessorFile(value, driver.Environment.c_str());
+    return MakeItem(Kind, name, ItemState::Unchecked, Quoted(value.Text));
+}

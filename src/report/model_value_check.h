@@ -1,0 +1,12 @@
+// One model value of a record against the spooler: the driver's files and
+// data type, the language monitor, the print processor.
+#ifndef TOVREL_REPORT_MODEL_VALUE_CHECK_H
+#define TOVREL_REPORT_MODEL_VALUE_CHECK_H
+
+#include "report/registry_read.h"
+#include "report/report_item.h"
+#include "report/driver_record.h"
+
+ReportItem CheckModelValue(const NamedValue &value, const DriverRecord &driver);
+
+#endif

@@ -1,0 +1,35 @@
+// One checked item of an installation record, and the verdicts it can have.
+#ifndef TOVREL_REPORT_REPORT_ITEM_H
+#define TOVREL_REPORT_REPORT_ITEM_H
+
+#include <string>
+#include <vector>
+
+enum class ItemState {
+    Held,      // the machine is as the record says
+    Drifted,   // it is not
+    Pending,   // it will be, or will not be, only after a restart
+    Unchecked  // the report has no way to tell
+};
+
+struct ReportItem {
+    std::string Kind;     // one of the kinds below, in their order of output
+    std::string Subject;  // the path, line, name or value that the record gives
+    ItemState State;
+    std::string Detail;   // what was found, in words
+};
+
+typedef std::vector<ReportItem> ReportItems;
+
+// The kinds, in the order in which the report lists them.
+extern const char *const ItemKinds[];
+extern const int ItemKindCount;
+
+ReportItem MakeItem(const char *kind, const std::string &subject, ItemState state,
+                    const std::string &detail);
+const char *StateName(ItemState state);
+
+// Puts the items in their fixed order: kind, then subject without regard to case.
+void SortItems(ReportItems &items);
+
+#endif

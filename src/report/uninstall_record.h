@@ -1,0 +1,28 @@
+// The installation record of one model, as the install left it under
+// HKEY_LOCAL_MACHINE; read only.
+#ifndef TOVREL_REPORT_UNINSTALL_RECORD_H
+#define TOVREL_REPORT_UNINSTALL_RECORD_H
+
+#include <string>
+#include <vector>
+
+#include "report/registry_read.h"
+
+// The values of a model's own key, in the order of the report.
+extern const char *const ModelValueNames[];
+extern const int ModelValueCount;
+
+struct UninstallRecord {
+    std::string Model;
+    std::vector<NamedValue> ModelValues;  // those of ModelValueNames that are there
+    std::vector<NamedValue> Files, Unregister, Services, Registry, Shortcuts;
+};
+
+// The models that have a record, sorted without regard to case.
+bool ListRecordedModels(std::vector<std::string> &models);
+// False when the model has no record.
+bool ReadUninstallRecord(const std::string &model, UninstallRecord &record);
+// The recorded model value of that name, or null.
+const NamedValue *FindModelValue(const UninstallRecord &record, const char *name);
+
+#endif
