@@ -47,7 +47,7 @@ void InstallExtractedFile(CPrinterInf &printer, const CBoundedString &entry, CFi
         destination.AppendDirectory(subdirectory);
 
     CFileSpec target;
-    target.Resolve(0);
+    target.Resolve(FileSpecEmpty);
     CBoundedString targetDirectory(destination.DirectoryPath());
     target.SetDirectory(targetDirectory);
     target.SetFileName(file);
@@ -70,7 +70,7 @@ int CPrinterInf::CollectCopyFiles(CBoundedStringList *names, CBoundedStringList 
     GetValue(InstallSection, "CopyFiles", value, "");
 
     CFileSpec spec;
-    spec.Resolve(0);
+    spec.Resolve(FileSpecEmpty);
     char *current = value;
     while (current && *current) {
         char *next = NextToken(current, ',');
@@ -125,9 +125,9 @@ int CPrinterInf::CollectCopyFiles(CBoundedStringList *names, CBoundedStringList 
 int CPrinterInf::CopyFiles()
 {
     CFileSpec cabinet, work, destination;
-    cabinet.Resolve(0);
-    work.Resolve(41);  // a new, unique directory in the temp directory
-    destination.Resolve(0);
+    cabinet.Resolve(FileSpecEmpty);
+    work.Resolve(FileSpecTempDirectory);
+    destination.Resolve(FileSpecEmpty);
     std::list<CFileSpec> extracted;
     int result = 1;
     {
@@ -168,7 +168,7 @@ void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CFileSpec &d
 {
     // Cabinets are looked for in the printer driver directory only.
     CFileSpec cabinet;
-    cabinet.Resolve(28);
+    cabinet.Resolve(FileSpecPrinterDrivers);
     cabinet.SetFileName(name);
     if (!cabinet.FileExists())
         return;
@@ -182,7 +182,7 @@ void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CFileSpec &d
     extractor.Extract(cabinetPath, 1);
 
     CFileSpec source;
-    source.Resolve(0);
+    source.Resolve(FileSpecEmpty);
     CBoundedString workDirectory(work.DirectoryPath());
     char file[CBoundedString::Capacity];
     while (extractor.PopExtractedName(file)) {

@@ -81,7 +81,7 @@ void ProduceIdentifier(int id, char *work)
         char module[MAX_PATH + 1] = "";
         GetModuleFileNameA(NULL, module, MAX_PATH);
         CFileSpec spec;
-        spec.Resolve(0);
+        spec.Resolve(FileSpecEmpty);
         spec.SetDirectory(module);
         CopyBounded(work, spec.DirectoryPath(), MAX_PATH);
         trailing = true;
@@ -110,7 +110,7 @@ void ProduceIdentifier(int id, char *work)
         trailing = true;
         break;
     case FileSpecPrintProcessors:
-    case 31:
+    case FileSpecPrintProcessors9x:
         PrintProcessorDirectory(work);
         trailing = true;
         break;
@@ -150,19 +150,31 @@ void ProduceIdentifier(int id, char *work)
             int Id;
             int Csidl;
         } Folders[] = {
-            {6, CSIDL_DESKTOP},        {7, CSIDL_COMMON_DESKTOPDIRECTORY},
-            {8, CSIDL_DESKTOPDIRECTORY}, {9, CSIDL_FAVORITES},
-            {11, CSIDL_APPDATA},       {12, CSIDL_INTERNET_CACHE},
-            {13, CSIDL_COOKIES},       {14, CSIDL_FONTS},
-            {15, CSIDL_HISTORY},       {16, CSIDL_NETHOOD},
-            {17, CSIDL_PERSONAL},      {18, CSIDL_PRINTHOOD},
-            {19, CSIDL_PROGRAMS},      {20, CSIDL_RECENT},
-            {21, CSIDL_SENDTO},        {22, CSIDL_STARTMENU},
-            {23, CSIDL_STARTUP},       {24, CSIDL_ALTSTARTUP},
-            {25, CSIDL_COMMON_STARTUP}, {26, CSIDL_COMMON_ALTSTARTUP},
-            {27, CSIDL_TEMPLATES},     {32, CSIDL_PROGRAM_FILES},
-            {33, CSIDL_PRINTERS},      {34, CSIDL_COMMON_PROGRAMS},
-            {42, CSIDL_CONTROLS},
+            {FileSpecDesktop, CSIDL_DESKTOP},
+            {FileSpecCommonDesktopDirectory, CSIDL_COMMON_DESKTOPDIRECTORY},
+            {FileSpecDesktopDirectory, CSIDL_DESKTOPDIRECTORY},
+            {FileSpecFavorites, CSIDL_FAVORITES},
+            {FileSpecAppData, CSIDL_APPDATA},
+            {FileSpecInternetCache, CSIDL_INTERNET_CACHE},
+            {FileSpecCookies, CSIDL_COOKIES},
+            {FileSpecFonts, CSIDL_FONTS},
+            {FileSpecHistory, CSIDL_HISTORY},
+            {FileSpecNetHood, CSIDL_NETHOOD},
+            {FileSpecPersonal, CSIDL_PERSONAL},
+            {FileSpecPrintHood, CSIDL_PRINTHOOD},
+            {FileSpecPrograms, CSIDL_PROGRAMS},
+            {FileSpecRecent, CSIDL_RECENT},
+            {FileSpecSendTo, CSIDL_SENDTO},
+            {FileSpecStartMenu, CSIDL_STARTMENU},
+            {FileSpecStartup, CSIDL_STARTUP},
+            {FileSpecAltStartup, CSIDL_ALTSTARTUP},
+            {FileSpecCommonStartup, CSIDL_COMMON_STARTUP},
+            {FileSpecCommonAltStartup, CSIDL_COMMON_ALTSTARTUP},
+            {FileSpecTemplates, CSIDL_TEMPLATES},
+            {FileSpecProgramFiles, CSIDL_PROGRAM_FILES},
+            {FileSpecPrinters, CSIDL_PRINTERS},
+            {FileSpecCommonPrograms, CSIDL_COMMON_PROGRAMS},
+            {FileSpecControls, CSIDL_CONTROLS},
         };
         for (const auto &folder : Folders)
             if (folder.Id == id)
@@ -436,14 +448,49 @@ const struct {
     int InfId;
     int Identifier;
 } InfDirectoryIds[] = {
-    {1, 2},       {2, 5},       {10, 3},      {11, 4},      {14, 42},     {15, 33},
-    {17, 37},     {20, 14},     {23, 35},     {50, 40},     {52, 28},     {55, 30},
-    {66000, 28},  {66001, 30},  {66002, 4},   {66003, 35},  {66004, 39},  {66600, 38},
-    {66601, 39},  {66602, 29},  {66603, 31},  {66650, 6},   {66651, 7},   {66652, 8},
-    {66653, 9},   {66654, 11},  {66655, 12},  {66656, 13},  {66657, 15},  {66658, 16},
-    {66659, 17},  {66660, 18},  {66661, 19},  {66662, 34},  {66663, 20},  {66664, 21},
-    {66665, 22},  {66666, 23},  {66667, 24},  {66668, 25},  {66669, 26},  {66670, 27},
-    {66671, 32},
+    {DIRID_MODULE, FileSpecModuleDirectory},
+    {DIRID_TEMP, FileSpecTemp},
+    {DIRID_WINDOWS, FileSpecWindows},
+    {DIRID_SYSTEM, FileSpecSystem},
+    {DIRID_CONTROLS, FileSpecControls},
+    {DIRID_PRINTERS, FileSpecPrinters},
+    {DIRID_INF, FileSpecDevicePath},
+    {DIRID_FONTS, FileSpecFonts},
+    {DIRID_COLOR, FileSpecColor},
+    {DIRID_SYSTEM16, FileSpecWindowsSystem},
+    {DIRID_SPOOLDRIVERS, FileSpecPrinterDrivers},
+    {DIRID_PRINTPROCESSOR, FileSpecPrintProcessors},
+    {DIRID_PRINTER_DRIVERS, FileSpecPrinterDrivers},
+    {DIRID_PRINTER_PROCESSORS, FileSpecPrintProcessors},
+    {DIRID_PRINTER_SYSTEM, FileSpecSystem},
+    {DIRID_PRINTER_COLOR, FileSpecColor},
+    {DIRID_PRINTER_WEB, FileSpecWebPrinters},
+    {DIRID_WEB, FileSpecWeb},
+    {DIRID_WEB_PRINTERS, FileSpecWebPrinters},
+    {DIRID_PRINTER_DRIVERS_9X, FileSpecPrinterDrivers9x},
+    {DIRID_PRINTER_PROCESSORS_9X, FileSpecPrintProcessors9x},
+    {DIRID_SHELL_DESKTOP, FileSpecDesktop},
+    {DIRID_SHELL_COMMON_DESKTOPDIRECTORY, FileSpecCommonDesktopDirectory},
+    {DIRID_SHELL_DESKTOPDIRECTORY, FileSpecDesktopDirectory},
+    {DIRID_SHELL_FAVORITES, FileSpecFavorites},
+    {DIRID_SHELL_APPDATA, FileSpecAppData},
+    {DIRID_SHELL_INTERNET_CACHE, FileSpecInternetCache},
+    {DIRID_SHELL_COOKIES, FileSpecCookies},
+    {DIRID_SHELL_HISTORY, FileSpecHistory},
+    {DIRID_SHELL_NETHOOD, FileSpecNetHood},
+    {DIRID_SHELL_PERSONAL, FileSpecPersonal},
+    {DIRID_SHELL_PRINTHOOD, FileSpecPrintHood},
+    {DIRID_SHELL_PROGRAMS, FileSpecPrograms},
+    {DIRID_SHELL_COMMON_PROGRAMS, FileSpecCommonPrograms},
+    {DIRID_SHELL_RECENT, FileSpecRecent},
+    {DIRID_SHELL_SENDTO, FileSpecSendTo},
+    {DIRID_SHELL_STARTMENU, FileSpecStartMenu},
+    {DIRID_SHELL_STARTUP, FileSpecStartup},
+    {DIRID_SHELL_ALTSTARTUP, FileSpecAltStartup},
+    {DIRID_SHELL_COMMON_STARTUP, FileSpecCommonStartup},
+    {DIRID_SHELL_COMMON_ALTSTARTUP, FileSpecCommonAltStartup},
+    {DIRID_SHELL_TEMPLATES, FileSpecTemplates},
+    {DIRID_SHELL_PROGRAM_FILES, FileSpecProgramFiles},
 };
 
 }  // namespace

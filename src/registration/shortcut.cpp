@@ -151,7 +151,7 @@ int CPrinterInf::AddProgramGroup()
 
             char directory[CBoundedString::Capacity] = "";
             CFileSpec group;
-            group.Resolve(0);
+            group.Resolve(FileSpecEmpty);
             if (!fields[GroupRoot].IsEmpty() && FindDirectoryId(std::atol(fields[GroupRoot]), directory) &&
                 directory[0])
                 group.SetPath(directory);
@@ -163,7 +163,7 @@ int CPrinterInf::AddProgramGroup()
             link.SetDescription(fields[Description]);
 
             CFileSpec target;
-            target.Resolve(0);
+            target.Resolve(FileSpecEmpty);
             if (!fields[TargetRoot].IsEmpty()) {
                 PlaceUnder(*this, target, fields[TargetRoot], fields[TargetFolder]);
                 target.SetFileName(fields[TargetFile]);
@@ -174,7 +174,7 @@ int CPrinterInf::AddProgramGroup()
                 link.SetArguments(fields[Arguments]);
 
             CFileSpec workDir;
-            workDir.Resolve(0);
+            workDir.Resolve(FileSpecEmpty);
             if (!fields[WorkingRoot].IsEmpty()) {
                 PlaceUnder(*this, workDir, fields[WorkingRoot], fields[WorkingFolder]);
             } else {
@@ -187,7 +187,7 @@ int CPrinterInf::AddProgramGroup()
 
             if (!fields[IconRoot].IsEmpty() && !fields[IconIndex].IsEmpty()) {
                 CFileSpec icon;
-                icon.Resolve(0);
+                icon.Resolve(FileSpecEmpty);
                 PlaceUnder(*this, icon, fields[IconRoot], fields[IconFolder]);
                 icon.SetFileName(fields[IconFile]);
                 link.ShellLink->SetIconLocation(icon.FullPath(), static_cast<int>(std::atol(fields[IconIndex])));
