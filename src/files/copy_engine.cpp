@@ -1,7 +1,5 @@
 #include <windows.h>
 
-#include <cstdlib>
-
 #include "entry/printer_inf.h"
 #include "files/cabinet.h"
 #include "files/copy_engine.h"
@@ -41,7 +39,7 @@ void InstallExtractedFile(CPrinterInf &printer, const CBoundedString &entry, CFi
     CBoundedString copy(entry);
     char *subdirectory = NextToken(copy, ',');
     CBoundedString directory;
-    printer.FindDirectoryId(std::atoi(copy), directory);
+    printer.FindDirectoryIdText(copy, directory);
     destination.SetDirectory(directory);
     if (subdirectory && *subdirectory)
         destination.AppendDirectory(subdirectory);

@@ -2,6 +2,7 @@
 
 #include <shlobj.h>
 
+#include <cstdlib>
 #include <cstring>
 
 #include "entry/printer_inf.h"
@@ -511,4 +512,11 @@ int CPrinterInf::FindDirectoryId(int id, char *out)
         return 0;
     CopyBounded(out, found->second.Text, CBoundedString::Capacity);
     return 1;
+}
+
+// The id as an INF writes it, read as atoi reads it: the number at the head
+// of the text counts, and text without one is id 0, which is no INF id.
+int CPrinterInf::FindDirectoryIdText(const char *id, char *out)
+{
+    return FindDirectoryId(std::atoi(id), out);
 }

@@ -53,7 +53,7 @@ bool IsTextField(int field)
 void PlaceUnder(CPrinterInf &printer, CFileSpec &spec, const char *root, const char *folder)
 {
     char directory[CBoundedString::Capacity] = "";
-    printer.FindDirectoryId(std::atol(root), directory);
+    printer.FindDirectoryIdText(root, directory);
     spec.SetPath(directory);
     spec.AppendDirectory(folder);
 }
@@ -152,7 +152,7 @@ int CPrinterInf::AddProgramGroup()
             char directory[CBoundedString::Capacity] = "";
             CFileSpec group;
             group.Resolve(FileSpecEmpty);
-            if (!fields[GroupRoot].IsEmpty() && FindDirectoryId(std::atol(fields[GroupRoot]), directory) &&
+            if (!fields[GroupRoot].IsEmpty() && FindDirectoryIdText(fields[GroupRoot], directory) &&
                 directory[0])
                 group.SetPath(directory);
             else
