@@ -16,8 +16,6 @@ const char *const CurrentVersionKey = "SOFTWARE\\Microsoft\\Windows\\CurrentVers
 const char *const SafeSitesKey =
     "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Internet Settings\\SafeSites";
 
-int IsLeadByte(unsigned char c) { return IsDBCSLeadByte(c) ? 1 : 0; }
-
 DWORD PlatformId()
 {
     OSVERSIONINFOA info;
@@ -323,6 +321,8 @@ int CFileSpec::operator==(const CFileSpec &other) const
     other.ComposeInto(theirs, sizeof theirs);
     return lstrcmpiA(mine, theirs) == 0;
 }
+
+int IsLeadByte(unsigned char c) { return IsDBCSLeadByte(c) ? 1 : 0; }
 
 int IsDirectory(const char *path)
 {

@@ -164,6 +164,9 @@ struct CFileSpecException {
     int Code;
 };
 
+// The LeadBytePredicate of the current code page, for every path that is
+// split or cut on this platform.
+int IsLeadByte(unsigned char c);
 int IsDirectory(const char *path);
 int ReadExpandedRegistryString(HKEY root, const char *subkey, const char *valueName, char *out);
 void SpecialFolderPath(int csidl, char *out, int size);
