@@ -8,7 +8,9 @@
 #include "entry/printer_inf.h"
 #include "inf/bounded_string.h"
 #include "registration/spooler.h"
+#include "support/com.h"
 #include "support/handles.h"
+#include "support/shell.h"
 
 namespace {
 
@@ -25,21 +27,6 @@ DWORD PlatformId()
         return VER_PLATFORM_WIN32s;
     return info.dwPlatformId;
 }
-
-// The shell allocator and the item list it handed out, given back in order.
-class CShellItem {
-public:
-    CShellItem() : Malloc(NULL), Item(NULL) {}
-    ~CShellItem()
-    {
-        if (Item)
-            Malloc->Free(Item);
-        if (Malloc)
-            Malloc->Release();
-    }
-    IMalloc *Malloc;
-    LPITEMIDLIST Item;
-};
 
 typedef BOOL(WINAPI *GetColorDirectoryProc)(PCSTR, PSTR, PDWORD);
 
@@ -380,14 +367,17 @@ void SpecialFolderPath(int csidl, char *out, int size)
 {
     if (PlatformId() == VER_PLATFORM_WIN32s || size < 1)
         return;
-    CShellItem shell;
-    if (FAILED(SHGetMalloc(&shell.Malloc)) || !shell.Malloc) {
-        shell.Malloc = NULL;
+    CComPointer<IMalloc> allocator;
+    if (FAILED(SHGetMalloc(allocator.Put()))) {
+        allocator.Detach();
         return;
     }
+    if (!allocator.IsValid())
+        return;
+    CShellItemList folder(allocator.Get());
     char path[MAX_PATH + 1] = "";
-    if (FAILED(SHGetSpecialFolderLocation(NULL, csidl, &shell.Item)) || !shell.Item ||
-        !SHGetPathFromIDListA(shell.Item, path))
+    if (FAILED(SHGetSpecialFolderLocation(NULL, csidl, folder.Put())) || !folder.IsValid() ||
+        !SHGetPathFromIDListA(folder.Get(), path))
         return;
     size_t length = std::strlen(path);
     // The backslash still has to fit behind the path.

@@ -76,10 +76,10 @@ HRESULT CShortcut::Initialize()
     HRESULT result = Com.Join();
     if (FAILED(result))
         return result;
-    result = CoCreateInstance(CLSID_ShellLink, NULL, CLSCTX_INPROC_SERVER, IID_IShellLinkA, ShellLink.Put());
+    result = CoCreateInstance(CLSID_ShellLink, NULL, CLSCTX_INPROC_SERVER, IID_IShellLinkA, ShellLink.PutVoid());
     if (FAILED(result))
         return result;
-    return ShellLink->QueryInterface(IID_IPersistFile, PersistFile.Put());
+    return ShellLink->QueryInterface(IID_IPersistFile, PersistFile.PutVoid());
 }
 
 bool CShortcut::SetDescription(const char *text) { return SUCCEEDED(ShellLink->SetDescription(Text(text))); }
