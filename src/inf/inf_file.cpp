@@ -16,8 +16,6 @@ CInfFile::CInfFile() {}
 
 CInfFile::~CInfFile() {}
 
-void CInfFile::OnLoad(int) {}
-
 void CInfFile::AddSection(const char *name)
 {
     if (!name || !*name)
