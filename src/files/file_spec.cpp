@@ -54,123 +54,138 @@ void TempFileName(char *out)
     GetTempFileNameA(temp, "~~", 0, out);
 }
 
-// The text of one identifier, as Resolve takes it apart afterwards. The
-// buffer holds MAX_PATH bytes and one spare for a trailing backslash.
+// The producers of the identifiers that are no shell folder. Each writes at
+// most MAX_PATH bytes into the work buffer, which has one spare byte for a
+// trailing backslash.
+
+void ModulePath(char *work) { GetModuleFileNameA(NULL, work, MAX_PATH); }
+
+void ModuleDirectory(char *work)
+{
+    char module[MAX_PATH + 1] = "";
+    GetModuleFileNameA(NULL, module, MAX_PATH);
+    CFileSpec spec;
+    spec.Resolve(FileSpecEmpty);
+    spec.SetDirectory(module);
+    CopyBounded(work, spec.DirectoryPath(), MAX_PATH);
+}
+
+void SystemDirectory(char *work) { GetSystemDirectoryA(work, MAX_PATH); }
+
+void TempDirectory(char *work) { GetTempPathA(MAX_PATH, work); }
+
+void PrinterDrivers(char *work) { PrinterDriverDirectory(NULL, work); }
+
+void PrinterDrivers9x(char *work) { PrinterDriverDirectory(Windows9xEnvironment, work); }
+
+void PrintProcessors(char *work) { PrintProcessorDirectory(work); }
+
+void Color(char *work) { ColorDirectory(work, MAX_PATH); }
+
+void CurrentDirectory(char *work) { GetCurrentDirectoryA(MAX_PATH, work); }
+
+void DevicePath(char *work)
+{
+    ReadExpandedRegistryString(HKEY_LOCAL_MACHINE, CurrentVersionKey, "DevicePath", work);
+}
+
+void Web(char *work) { WebDirectory(work); }
+
+void WebPrinters(char *work)
+{
+    WebDirectory(work);
+    Append(work, "printers\\");
+}
+
+void WindowsSystem(char *work)
+{
+    WindowsDirectory(work);
+    Append(work, "system\\");
+}
+
+// A temp file's name is unique; the new directory takes it over.
+void NewTempDirectory(char *work)
+{
+    TempFileName(work);
+    DeleteFileA(work);
+    EnsureTrailingBackslash(work);
+    CreateDirectoryA(work, NULL);
+}
+
+// Closed rows end in a backslash even when their step gave no text, so that
+// a failed step gives the single backslash.
+const struct {
+    int Id;
+    void (*Produce)(char *work);
+    bool Closed;
+} Producers[] = {
+    {FileSpecModulePath, ModulePath, false},
+    {FileSpecModuleDirectory, ModuleDirectory, true},
+    {FileSpecWindows, WindowsDirectory, false},
+    {FileSpecSystem, SystemDirectory, true},
+    {FileSpecTemp, TempDirectory, true},
+    {FileSpecTempFile, TempFileName, false},
+    {FileSpecPrinterDrivers, PrinterDrivers, true},
+    {FileSpecPrinterDrivers9x, PrinterDrivers9x, true},
+    {FileSpecPrintProcessors, PrintProcessors, true},
+    {FileSpecPrintProcessors9x, PrintProcessors, true},
+    {FileSpecColor, Color, true},
+    {FileSpecCurrent, CurrentDirectory, true},
+    {FileSpecDevicePath, DevicePath, true},
+    {FileSpecWeb, Web, false},
+    {FileSpecWebPrinters, WebPrinters, false},
+    {FileSpecWindowsSystem, WindowsSystem, false},
+    {FileSpecTempDirectory, NewTempDirectory, false},
+};
+
+// The shell folders, by the CSIDL that each identifier stands for.
+const struct {
+    int Id;
+    int Csidl;
+} ShellFolders[] = {
+    {FileSpecDesktop, CSIDL_DESKTOP},
+    {FileSpecCommonDesktopDirectory, CSIDL_COMMON_DESKTOPDIRECTORY},
+    {FileSpecDesktopDirectory, CSIDL_DESKTOPDIRECTORY},
+    {FileSpecFavorites, CSIDL_FAVORITES},
+    {FileSpecAppData, CSIDL_APPDATA},
+    {FileSpecInternetCache, CSIDL_INTERNET_CACHE},
+    {FileSpecCookies, CSIDL_COOKIES},
+    {FileSpecFonts, CSIDL_FONTS},
+    {FileSpecHistory, CSIDL_HISTORY},
+    {FileSpecNetHood, CSIDL_NETHOOD},
+    {FileSpecPersonal, CSIDL_PERSONAL},
+    {FileSpecPrintHood, CSIDL_PRINTHOOD},
+    {FileSpecPrograms, CSIDL_PROGRAMS},
+    {FileSpecRecent, CSIDL_RECENT},
+    {FileSpecSendTo, CSIDL_SENDTO},
+    {FileSpecStartMenu, CSIDL_STARTMENU},
+    {FileSpecStartup, CSIDL_STARTUP},
+    {FileSpecAltStartup, CSIDL_ALTSTARTUP},
+    {FileSpecCommonStartup, CSIDL_COMMON_STARTUP},
+    {FileSpecCommonAltStartup, CSIDL_COMMON_ALTSTARTUP},
+    {FileSpecTemplates, CSIDL_TEMPLATES},
+    {FileSpecProgramFiles, CSIDL_PROGRAM_FILES},
+    {FileSpecPrinters, CSIDL_PRINTERS},
+    {FileSpecCommonPrograms, CSIDL_COMMON_PROGRAMS},
+    {FileSpecControls, CSIDL_CONTROLS},
+};
+
+// The text of one identifier, as Resolve takes it apart afterwards.
 void ProduceIdentifier(int id, char *work)
 {
-    bool trailing = false;
-    switch (id) {
-    case FileSpecModulePath:
-        GetModuleFileNameA(NULL, work, MAX_PATH);
-        break;
-    case FileSpecModuleDirectory: {
-        char module[MAX_PATH + 1] = "";
-        GetModuleFileNameA(NULL, module, MAX_PATH);
-        CFileSpec spec;
-        spec.Resolve(FileSpecEmpty);
-        spec.SetDirectory(module);
-        CopyBounded(work, spec.DirectoryPath(), MAX_PATH);
-        trailing = true;
-        break;
+    for (const auto &row : Producers) {
+        if (row.Id != id)
+            continue;
+        row.Produce(work);
+        work[MAX_PATH - 1] = 0;
+        if (row.Closed)
+            EnsureTrailingBackslash(work);
+        return;
     }
-    case FileSpecWindows:
-        WindowsDirectory(work);
-        break;
-    case FileSpecSystem:
-        GetSystemDirectoryA(work, MAX_PATH);
-        trailing = true;
-        break;
-    case FileSpecTemp:
-        GetTempPathA(MAX_PATH, work);
-        trailing = true;
-        break;
-    case FileSpecTempFile:
-        TempFileName(work);
-        break;
-    case FileSpecPrinterDrivers:
-        PrinterDriverDirectory(NULL, work);
-        trailing = true;
-        break;
-    case FileSpecPrinterDrivers9x:
-        PrinterDriverDirectory(Windows9xEnvironment, work);
-        trailing = true;
-        break;
-    case FileSpecPrintProcessors:
-    case FileSpecPrintProcessors9x:
-        PrintProcessorDirectory(work);
-        trailing = true;
-        break;
-    case FileSpecColor:
-        ColorDirectory(work, MAX_PATH);
-        trailing = true;
-        break;
-    case FileSpecCurrent:
-        GetCurrentDirectoryA(MAX_PATH, work);
-        trailing = true;
-        break;
-    case FileSpecDevicePath:
-        ReadExpandedRegistryString(HKEY_LOCAL_MACHINE, CurrentVersionKey, "DevicePath", work);
-        trailing = true;
-        break;
-    case FileSpecWeb:
-        WebDirectory(work);
-        break;
-    case FileSpecWebPrinters:
-        WebDirectory(work);
-        Append(work, "printers\\");
-        break;
-    case FileSpecWindowsSystem:
-        WindowsDirectory(work);
-        Append(work, "system\\");
-        break;
-    case FileSpecTempDirectory:
-        // A temp file's name is unique; the directory takes it over.
-        TempFileName(work);
-        DeleteFileA(work);
-        EnsureTrailingBackslash(work);
-        CreateDirectoryA(work, NULL);
-        break;
-    default: {
-        // The shell folders, by the CSIDL that each identifier stands for.
-        static const struct {
-            int Id;
-            int Csidl;
-        } Folders[] = {
-            {FileSpecDesktop, CSIDL_DESKTOP},
-            {FileSpecCommonDesktopDirectory, CSIDL_COMMON_DESKTOPDIRECTORY},
-            {FileSpecDesktopDirectory, CSIDL_DESKTOPDIRECTORY},
-            {FileSpecFavorites, CSIDL_FAVORITES},
-            {FileSpecAppData, CSIDL_APPDATA},
-            {FileSpecInternetCache, CSIDL_INTERNET_CACHE},
-            {FileSpecCookies, CSIDL_COOKIES},
-            {FileSpecFonts, CSIDL_FONTS},
-            {FileSpecHistory, CSIDL_HISTORY},
-            {FileSpecNetHood, CSIDL_NETHOOD},
-            {FileSpecPersonal, CSIDL_PERSONAL},
-            {FileSpecPrintHood, CSIDL_PRINTHOOD},
-            {FileSpecPrograms, CSIDL_PROGRAMS},
-            {FileSpecRecent, CSIDL_RECENT},
-            {FileSpecSendTo, CSIDL_SENDTO},
-            {FileSpecStartMenu, CSIDL_STARTMENU},
-            {FileSpecStartup, CSIDL_STARTUP},
-            {FileSpecAltStartup, CSIDL_ALTSTARTUP},
-            {FileSpecCommonStartup, CSIDL_COMMON_STARTUP},
-            {FileSpecCommonAltStartup, CSIDL_COMMON_ALTSTARTUP},
-            {FileSpecTemplates, CSIDL_TEMPLATES},
-            {FileSpecProgramFiles, CSIDL_PROGRAM_FILES},
-            {FileSpecPrinters, CSIDL_PRINTERS},
-            {FileSpecCommonPrograms, CSIDL_COMMON_PROGRAMS},
-            {FileSpecControls, CSIDL_CONTROLS},
-        };
-        for (const auto &folder : Folders)
-            if (folder.Id == id)
-                SpecialFolderPath(folder.Csidl, work, MAX_PATH);
-        break;
-    }
-    }
+    for (const auto &folder : ShellFolders)
+        if (folder.Id == id)
+            SpecialFolderPath(folder.Csidl, work, MAX_PATH);
     work[MAX_PATH - 1] = 0;
-    if (trailing)
-        EnsureTrailingBackslash(work);
 }
 
 }  // namespace
