@@ -45,6 +45,8 @@ public:
     CBoundedString FilePath;
 
 private:
+    // Makes the section that a header line names the current one.
+    void OpenSection(char *header, CInfSection &current);
     CInfFile(const CInfFile &);
     CInfFile &operator=(const CInfFile &);
 };
