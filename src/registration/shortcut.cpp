@@ -147,7 +147,7 @@ void MakeGroupFolder(CPrinterInf &printer, const CShortcutLine &line, CFileSpec 
 
 // Without a working root the target's directory serves, which is empty when
 // the line names no target either.
-void SetWorkingDirectory(CPrinterInf &printer, const CShortcutLine &line, CFileSpec &target, CShortcut &link)
+void PlaceWorkingDirectory(CPrinterInf &printer, const CShortcutLine &line, CFileSpec &target, CShortcut &link)
 {
     CFileSpec workDir;
     workDir.Resolve(FileSpecEmpty);
@@ -182,7 +182,7 @@ void DescribeLink(CPrinterInf &printer, const CShortcutLine &line, CShortcut &li
     }
     if (!line.Arguments.IsEmpty())
         link.SetArguments(line.Arguments);
-    SetWorkingDirectory(printer, line, target, link);
+    PlaceWorkingDirectory(printer, line, target, link);
     if (!line.ShowCommand.IsEmpty())
         link.ShellLink->SetShowCmd(static_cast<int>(Number(line.ShowCommand)));
     SetIcon(printer, line, link);
