@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <new>
+#include <vector>
 
 int CCommandLine::Parse(const char *text)
 {
@@ -46,41 +47,54 @@ int CCommandLine::Find(const char *key) const
     return -1;
 }
 
-int CCommandLine::GetValues(const char *key, char *out, unsigned size, unsigned *length, char separator) const
+namespace {
+
+// Writes every value of the groups with that key into scratch, each followed
+// by the separator; the last separator becomes a NUL and one more NUL
+// follows. Gives the length so written, 0 for no values.
+unsigned JoinValues(const std::list<CCommandGroup> &groups, const char *key, char separator, char *scratch)
 {
-    if (!key || !*key)
-        return 0;
-    char *scratch = new (std::nothrow) char[ScratchSize];
-    if (!scratch)
-        return 0;
     unsigned used = 0;
-    for (const CCommandGroup &group : Groups) {
+    for (const CCommandGroup &group : groups) {
         if (group.size() < 2 || !group.front().Equals(key))
             continue;
         CCommandGroup::const_iterator value = group.begin();
         for (++value; value != group.end(); ++value) {
             size_t n = value->Length();
             // Room for this value, its separator and the closing NUL.
-            if (used + n + 2 > ScratchSize)
+            if (used + n + 2 > CCommandLine::ScratchSize)
                 break;
             std::memcpy(scratch + used, value->Text, n);
             used += static_cast<unsigned>(n);
             scratch[used++] = separator;
         }
     }
-    unsigned total = 0;
-    if (used) {
-        scratch[used - 1] = 0;
-        scratch[used] = 0;
-        total = used + 1;
+    if (!used)
+        return 0;
+    scratch[used - 1] = 0;
+    scratch[used] = 0;
+    return used + 1;
+}
+
+}  // namespace
+
+int CCommandLine::GetValues(const char *key, char *out, unsigned size, unsigned *length, char separator) const
+{
+    if (!key || !*key)
+        return 0;
+    std::vector<char> scratch;
+    try {
+        scratch.resize(ScratchSize);
+    } catch (const std::bad_alloc &) {
+        return 0;
     }
+    unsigned total = JoinValues(Groups, key, separator, scratch.data());
     int copied = 0;
     if (out && total && total < size) {
-        std::memcpy(out, scratch, total);
+        std::memcpy(out, scratch.data(), total);
         copied = 1;
     }
     if (length)
         *length = total;
-    delete[] scratch;
     return copied;
 }

@@ -61,6 +61,7 @@ public:
     // The INF directory ids, resolved once when the file is opened.
     int BuildDirectoryIds();
     int FindDirectoryId(int id, char *out);
+    int FindDirectoryIdText(const char *id, char *out);
 
     // Where the files of a section or cabinet go, from "DestinationDirs" and
     // "DestinationDirs.CAB".

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "files/file_spec.h"
 #include "files/path_parts.h"
 
 static_assert(sizeof(CCabinetErf) == sizeof(ERF), "ERF layout");
@@ -38,11 +39,6 @@ const int TargetShareMode = _S_IREAD | _S_IWRITE;
 const DWORD KeptAttributes =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
 const CCabinetTarget NoTarget = {false, -1, 0, 0};
-
-int IsLeadByte(unsigned char c)
-{
-    return IsDBCSLeadByte(c) ? 1 : 0;
-}
 
 // The directory of a path, with its trailing separator.
 std::string DirectoryOf(const std::string &path)

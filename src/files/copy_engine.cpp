@@ -1,7 +1,5 @@
 #include <windows.h>
 
-#include <cstdlib>
-
 #include "entry/printer_inf.h"
 #include "files/cabinet.h"
 #include "files/copy_engine.h"
@@ -41,13 +39,13 @@ void InstallExtractedFile(CPrinterInf &printer, const CBoundedString &entry, CFi
     CBoundedString copy(entry);
     char *subdirectory = NextToken(copy, ',');
     CBoundedString directory;
-    printer.FindDirectoryId(std::atoi(copy), directory);
+    printer.FindDirectoryIdText(copy, directory);
     destination.SetDirectory(directory);
     if (subdirectory && *subdirectory)
         destination.AppendDirectory(subdirectory);
 
     CFileSpec target;
-    target.Resolve(0);
+    target.Resolve(FileSpecEmpty);
     CBoundedString targetDirectory(destination.DirectoryPath());
     target.SetDirectory(targetDirectory);
     target.SetFileName(file);
@@ -62,6 +60,59 @@ void InstallExtractedFile(CPrinterInf &printer, const CBoundedString &entry, CFi
 
 }  // namespace
 
+namespace {
+
+const char *const DefaultDestDir = "DefaultDestDir";
+
+// A file named on its own, with "@": in each default destination. Its own
+// line in "DestinationDirs", if any, is not consulted.
+void CollectSingleFile(CPrinterInf &printer, const char *file, CBoundedStringList &paths)
+{
+    CDestinationList directories;
+    printer.FindDestinations(DefaultDestDir, &directories);
+    CFileSpec spec;
+    spec.Resolve(FileSpecEmpty);
+    for (const CBoundedString &directory : directories) {
+        spec.SetDirectory(directory);
+        spec.SetFileName(file);
+        AddPath(spec, paths);
+    }
+}
+
+// Every line of a file section, in each of the section's own destinations
+// or, when it has none, in each default one.
+void CollectSectionFiles(CPrinterInf &printer, const char *name, CBoundedStringList &paths)
+{
+    CInfSection section;
+    if (!printer.FindSection(name, section))
+        return;
+    CDestinationList directories;
+    printer.FindDestinations(name, &directories);
+    if (directories.empty())
+        printer.FindDestinations(DefaultDestDir, &directories);
+    CFileSpec spec;
+    spec.Resolve(FileSpecEmpty);
+    for (const CBoundedString &directory : directories) {
+        spec.SetDirectory(directory);
+        for (const CInfKey &line : section->second) {
+            spec.SetFileName(line.Name);
+            AddPath(spec, paths);
+        }
+    }
+}
+
+// Sorts a list that was asked for and drops its repeats; 1 when it ends
+// non-empty.
+int FinishList(CBoundedStringList *list)
+{
+    if (!list)
+        return 0;
+    SortUnique(*list);
+    return list->empty() ? 0 : 1;
+}
+
+}  // namespace
+
 int CPrinterInf::CollectCopyFiles(CBoundedStringList *names, CBoundedStringList *paths)
 {
     if (!names && !paths)
@@ -69,65 +120,33 @@ int CPrinterInf::CollectCopyFiles(CBoundedStringList *names, CBoundedStringList 
     CBoundedString value;
     GetValue(InstallSection, "CopyFiles", value, "");
 
-    CFileSpec spec;
-    spec.Resolve(0);
     char *current = value;
     while (current && *current) {
         char *next = NextToken(current, ',');
         CBoundedString element(StripChar(current, ' '));
+        // "@" names a single file, anything else a section of files.
         bool single = element.Text[0] == '@';
         if (single)
             CopyBounded(element.Text, element.Text + 1, sizeof element.Text);
-
         if (names)
             names->push_back(element);
-
-        if (paths) {
-            CDestinationList directories;
-            if (single) {
-                FindDestinations("DefaultDestDir", &directories);
-                for (const CBoundedString &directory : directories) {
-                    spec.SetDirectory(directory);
-                    spec.SetFileName(element);
-                    AddPath(spec, *paths);
-                }
-            } else {
-                FindDestinations(element, &directories);
-                if (directories.empty())
-                    FindDestinations("DefaultDestDir", &directories);
-                for (const CBoundedString &directory : directories) {
-                    spec.SetDirectory(directory);
-                    CInfSection section;
-                    if (!FindSection(element, section))
-                        continue;
-                    for (const CInfKey &line : section->second) {
-                        spec.SetFileName(line.Name);
-                        AddPath(spec, *paths);
-                    }
-                }
-            }
-        }
+        if (paths && single)
+            CollectSingleFile(*this, element, *paths);
+        else if (paths)
+            CollectSectionFiles(*this, element, *paths);
         current = next;
     }
-
-    int filled = 0;
-    if (names) {
-        SortUnique(*names);
-        filled |= !names->empty();
-    }
-    if (paths) {
-        SortUnique(*paths);
-        filled |= !paths->empty();
-    }
+    int filled = FinishList(names);
+    filled |= FinishList(paths);
     return filled;
 }
 
 int CPrinterInf::CopyFiles()
 {
     CFileSpec cabinet, work, destination;
-    cabinet.Resolve(0);
-    work.Resolve(41);  // a new, unique directory in the temp directory
-    destination.Resolve(0);
+    cabinet.Resolve(FileSpecEmpty);
+    work.Resolve(FileSpecTempDirectory);
+    destination.Resolve(FileSpecEmpty);
     std::list<CFileSpec> extracted;
     int result = 1;
     {
@@ -168,7 +187,7 @@ void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CFileSpec &d
 {
     // Cabinets are looked for in the printer driver directory only.
     CFileSpec cabinet;
-    cabinet.Resolve(28);
+    cabinet.Resolve(FileSpecPrinterDrivers);
     cabinet.SetFileName(name);
     if (!cabinet.FileExists())
         return;
@@ -182,7 +201,7 @@ void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CFileSpec &d
     extractor.Extract(cabinetPath, 1);
 
     CFileSpec source;
-    source.Resolve(0);
+    source.Resolve(FileSpecEmpty);
     CBoundedString workDirectory(work.DirectoryPath());
     char file[CBoundedString::Capacity];
     while (extractor.PopExtractedName(file)) {

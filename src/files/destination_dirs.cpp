@@ -1,7 +1,5 @@
 #include "files/destination_dirs.h"
 
-#include <cstdlib>
-
 const char *const DestinationDirsSection = "DestinationDirs";
 const char *const DestinationDirsCabSection = "DestinationDirs.CAB";
 
@@ -76,7 +74,7 @@ int CPrinterInf::FindDestinations(CBoundedString name, CDestinationList *out)
         return 0;
     for (const CBoundedString &entry : *entries) {
         char directory[CBoundedString::Capacity];
-        if (FindDirectoryId(std::atoi(entry.Text), directory))
+        if (FindDirectoryIdText(entry, directory))
             out->push_back(CBoundedString(directory));
     }
     return 1;

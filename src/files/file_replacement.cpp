@@ -111,7 +111,7 @@ void CPrinterInf::ScheduleRenameAtRestart(const char *target)
     std::string entry = std::string(target) + "=" + WithSuffix(target, NewFileSuffix);
 
     CFileSpec wininit;
-    wininit.Resolve(3);
+    wininit.Resolve(FileSpecWindows);
     wininit.SetFileName("WININIT.INI");
     if (!wininit.Fits())
         return;

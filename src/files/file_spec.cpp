@@ -2,20 +2,21 @@
 
 #include <shlobj.h>
 
+#include <cstdlib>
 #include <cstring>
 
 #include "entry/printer_inf.h"
 #include "inf/bounded_string.h"
 #include "registration/spooler.h"
+#include "support/com.h"
 #include "support/handles.h"
+#include "support/shell.h"
 
 namespace {
 
 const char *const CurrentVersionKey = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion";
 const char *const SafeSitesKey =
     "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Internet Settings\\SafeSites";
-
-int IsLeadByte(unsigned char c) { return IsDBCSLeadByte(c) ? 1 : 0; }
 
 DWORD PlatformId()
 {
@@ -26,21 +27,6 @@ DWORD PlatformId()
         return VER_PLATFORM_WIN32s;
     return info.dwPlatformId;
 }
-
-// The shell allocator and the item list it handed out, given back in order.
-class CShellItem {
-public:
-    CShellItem() : Malloc(NULL), Item(NULL) {}
-    ~CShellItem()
-    {
-        if (Item)
-            Malloc->Free(Item);
-        if (Malloc)
-            Malloc->Release();
-    }
-    IMalloc *Malloc;
-    LPITEMIDLIST Item;
-};
 
 typedef BOOL(WINAPI *GetColorDirectoryProc)(PCSTR, PSTR, PDWORD);
 
@@ -68,111 +54,138 @@ void TempFileName(char *out)
     GetTempFileNameA(temp, "~~", 0, out);
 }
 
-// The text of one identifier, as Resolve takes it apart afterwards. The
-// buffer holds MAX_PATH bytes and one spare for a trailing backslash.
+// The producers of the identifiers that are no shell folder. Each writes at
+// most MAX_PATH bytes into the work buffer, which has one spare byte for a
+// trailing backslash.
+
+void ModulePath(char *work) { GetModuleFileNameA(NULL, work, MAX_PATH); }
+
+void ModuleDirectory(char *work)
+{
+    char module[MAX_PATH + 1] = "";
+    GetModuleFileNameA(NULL, module, MAX_PATH);
+    CFileSpec spec;
+    spec.Resolve(FileSpecEmpty);
+    spec.SetDirectory(module);
+    CopyBounded(work, spec.DirectoryPath(), MAX_PATH);
+}
+
+void SystemDirectory(char *work) { GetSystemDirectoryA(work, MAX_PATH); }
+
+void TempDirectory(char *work) { GetTempPathA(MAX_PATH, work); }
+
+void PrinterDrivers(char *work) { PrinterDriverDirectory(NULL, work); }
+
+void PrinterDrivers9x(char *work) { PrinterDriverDirectory(Windows9xEnvironment, work); }
+
+void PrintProcessors(char *work) { PrintProcessorDirectory(work); }
+
+void Color(char *work) { ColorDirectory(work, MAX_PATH); }
+
+void CurrentDirectory(char *work) { GetCurrentDirectoryA(MAX_PATH, work); }
+
+void DevicePath(char *work)
+{
+    ReadExpandedRegistryString(HKEY_LOCAL_MACHINE, CurrentVersionKey, "DevicePath", work);
+}
+
+void Web(char *work) { WebDirectory(work); }
+
+void WebPrinters(char *work)
+{
+    WebDirectory(work);
+    Append(work, "printers\\");
+}
+
+void WindowsSystem(char *work)
+{
+    WindowsDirectory(work);
+    Append(work, "system\\");
+}
+
+// A temp file's name is unique; the new directory takes it over.
+void NewTempDirectory(char *work)
+{
+    TempFileName(work);
+    DeleteFileA(work);
+    EnsureTrailingBackslash(work);
+    CreateDirectoryA(work, NULL);
+}
+
+// Closed rows end in a backslash even when their step gave no text, so that
+// a failed step gives the single backslash.
+const struct {
+    int Id;
+    void (*Produce)(char *work);
+    bool Closed;
+} Producers[] = {
+    {FileSpecModulePath, ModulePath, false},
+    {FileSpecModuleDirectory, ModuleDirectory, true},
+    {FileSpecWindows, WindowsDirectory, false},
+    {FileSpecSystem, SystemDirectory, true},
+    {FileSpecTemp, TempDirectory, true},
+    {FileSpecTempFile, TempFileName, false},
+    {FileSpecPrinterDrivers, PrinterDrivers, true},
+    {FileSpecPrinterDrivers9x, PrinterDrivers9x, true},
+    {FileSpecPrintProcessors, PrintProcessors, true},
+    {FileSpecPrintProcessors9x, PrintProcessors, true},
+    {FileSpecColor, Color, true},
+    {FileSpecCurrent, CurrentDirectory, true},
+    {FileSpecDevicePath, DevicePath, true},
+    {FileSpecWeb, Web, false},
+    {FileSpecWebPrinters, WebPrinters, false},
+    {FileSpecWindowsSystem, WindowsSystem, false},
+    {FileSpecTempDirectory, NewTempDirectory, false},
+};
+
+// The shell folders, by the CSIDL that each identifier stands for.
+const struct {
+    int Id;
+    int Csidl;
+} ShellFolders[] = {
+    {FileSpecDesktop, CSIDL_DESKTOP},
+    {FileSpecCommonDesktopDirectory, CSIDL_COMMON_DESKTOPDIRECTORY},
+    {FileSpecDesktopDirectory, CSIDL_DESKTOPDIRECTORY},
+    {FileSpecFavorites, CSIDL_FAVORITES},
+    {FileSpecAppData, CSIDL_APPDATA},
+    {FileSpecInternetCache, CSIDL_INTERNET_CACHE},
+    {FileSpecCookies, CSIDL_COOKIES},
+    {FileSpecFonts, CSIDL_FONTS},
+    {FileSpecHistory, CSIDL_HISTORY},
+    {FileSpecNetHood, CSIDL_NETHOOD},
+    {FileSpecPersonal, CSIDL_PERSONAL},
+    {FileSpecPrintHood, CSIDL_PRINTHOOD},
+    {FileSpecPrograms, CSIDL_PROGRAMS},
+    {FileSpecRecent, CSIDL_RECENT},
+    {FileSpecSendTo, CSIDL_SENDTO},
+    {FileSpecStartMenu, CSIDL_STARTMENU},
+    {FileSpecStartup, CSIDL_STARTUP},
+    {FileSpecAltStartup, CSIDL_ALTSTARTUP},
+    {FileSpecCommonStartup, CSIDL_COMMON_STARTUP},
+    {FileSpecCommonAltStartup, CSIDL_COMMON_ALTSTARTUP},
+    {FileSpecTemplates, CSIDL_TEMPLATES},
+    {FileSpecProgramFiles, CSIDL_PROGRAM_FILES},
+    {FileSpecPrinters, CSIDL_PRINTERS},
+    {FileSpecCommonPrograms, CSIDL_COMMON_PROGRAMS},
+    {FileSpecControls, CSIDL_CONTROLS},
+};
+
+// The text of one identifier, as Resolve takes it apart afterwards.
 void ProduceIdentifier(int id, char *work)
 {
-    bool trailing = false;
-    switch (id) {
-    case FileSpecModulePath:
-        GetModuleFileNameA(NULL, work, MAX_PATH);
-        break;
-    case FileSpecModuleDirectory: {
-        char module[MAX_PATH + 1] = "";
-        GetModuleFileNameA(NULL, module, MAX_PATH);
-        CFileSpec spec;
-        spec.Resolve(0);
-        spec.SetDirectory(module);
-        CopyBounded(work, spec.DirectoryPath(), MAX_PATH);
-        trailing = true;
-        break;
+    for (const auto &row : Producers) {
+        if (row.Id != id)
+            continue;
+        row.Produce(work);
+        work[MAX_PATH - 1] = 0;
+        if (row.Closed)
+            EnsureTrailingBackslash(work);
+        return;
     }
-    case FileSpecWindows:
-        WindowsDirectory(work);
-        break;
-    case FileSpecSystem:
-        GetSystemDirectoryA(work, MAX_PATH);
-        trailing = true;
-        break;
-    case FileSpecTemp:
-        GetTempPathA(MAX_PATH, work);
-        trailing = true;
-        break;
-    case FileSpecTempFile:
-        TempFileName(work);
-        break;
-    case FileSpecPrinterDrivers:
-        PrinterDriverDirectory(NULL, work);
-        trailing = true;
-        break;
-    case FileSpecPrinterDrivers9x:
-        PrinterDriverDirectory(Windows9xEnvironment, work);
-        trailing = true;
-        break;
-    case FileSpecPrintProcessors:
-    case 31:
-        PrintProcessorDirectory(work);
-        trailing = true;
-        break;
-    case FileSpecColor:
-        ColorDirectory(work, MAX_PATH);
-        trailing = true;
-        break;
-    case FileSpecCurrent:
-        GetCurrentDirectoryA(MAX_PATH, work);
-        trailing = true;
-        break;
-    case FileSpecDevicePath:
-        ReadExpandedRegistryString(HKEY_LOCAL_MACHINE, CurrentVersionKey, "DevicePath", work);
-        trailing = true;
-        break;
-    case FileSpecWeb:
-        WebDirectory(work);
-        break;
-    case FileSpecWebPrinters:
-        WebDirectory(work);
-        Append(work, "printers\\");
-        break;
-    case FileSpecWindowsSystem:
-        WindowsDirectory(work);
-        Append(work, "system\\");
-        break;
-    case FileSpecTempDirectory:
-        // A temp file's name is unique; the directory takes it over.
-        TempFileName(work);
-        DeleteFileA(work);
-        EnsureTrailingBackslash(work);
-        CreateDirectoryA(work, NULL);
-        break;
-    default: {
-        // The shell folders, by the CSIDL that each identifier stands for.
-        static const struct {
-            int Id;
-            int Csidl;
-        } Folders[] = {
-            {6, CSIDL_DESKTOP},        {7, CSIDL_COMMON_DESKTOPDIRECTORY},
-            {8, CSIDL_DESKTOPDIRECTORY}, {9, CSIDL_FAVORITES},
-            {11, CSIDL_APPDATA},       {12, CSIDL_INTERNET_CACHE},
-            {13, CSIDL_COOKIES},       {14, CSIDL_FONTS},
-            {15, CSIDL_HISTORY},       {16, CSIDL_NETHOOD},
-            {17, CSIDL_PERSONAL},      {18, CSIDL_PRINTHOOD},
-            {19, CSIDL_PROGRAMS},      {20, CSIDL_RECENT},
-            {21, CSIDL_SENDTO},        {22, CSIDL_STARTMENU},
-            {23, CSIDL_STARTUP},       {24, CSIDL_ALTSTARTUP},
-            {25, CSIDL_COMMON_STARTUP}, {26, CSIDL_COMMON_ALTSTARTUP},
-            {27, CSIDL_TEMPLATES},     {32, CSIDL_PROGRAM_FILES},
-            {33, CSIDL_PRINTERS},      {34, CSIDL_COMMON_PROGRAMS},
-            {42, CSIDL_CONTROLS},
-        };
-        for (const auto &folder : Folders)
-            if (folder.Id == id)
-                SpecialFolderPath(folder.Csidl, work, MAX_PATH);
-        break;
-    }
-    }
+    for (const auto &folder : ShellFolders)
+        if (folder.Id == id)
+            SpecialFolderPath(folder.Csidl, work, MAX_PATH);
     work[MAX_PATH - 1] = 0;
-    if (trailing)
-        EnsureTrailingBackslash(work);
 }
 
 }  // namespace
@@ -311,6 +324,8 @@ int CFileSpec::operator==(const CFileSpec &other) const
     return lstrcmpiA(mine, theirs) == 0;
 }
 
+int IsLeadByte(unsigned char c) { return IsDBCSLeadByte(c) ? 1 : 0; }
+
 int IsDirectory(const char *path)
 {
     char saved[MAX_PATH + 1] = "";
@@ -367,14 +382,17 @@ void SpecialFolderPath(int csidl, char *out, int size)
 {
     if (PlatformId() == VER_PLATFORM_WIN32s || size < 1)
         return;
-    CShellItem shell;
-    if (FAILED(SHGetMalloc(&shell.Malloc)) || !shell.Malloc) {
-        shell.Malloc = NULL;
+    CComPointer<IMalloc> allocator;
+    if (FAILED(SHGetMalloc(allocator.Put()))) {
+        allocator.Detach();
         return;
     }
+    if (!allocator.IsValid())
+        return;
+    CShellItemList folder(allocator.Get());
     char path[MAX_PATH + 1] = "";
-    if (FAILED(SHGetSpecialFolderLocation(NULL, csidl, &shell.Item)) || !shell.Item ||
-        !SHGetPathFromIDListA(shell.Item, path))
+    if (FAILED(SHGetSpecialFolderLocation(NULL, csidl, folder.Put())) || !folder.IsValid() ||
+        !SHGetPathFromIDListA(folder.Get(), path))
         return;
     size_t length = std::strlen(path);
     // The backslash still has to fit behind the path.
@@ -436,14 +454,49 @@ const struct {
     int InfId;
     int Identifier;
 } InfDirectoryIds[] = {
-    {1, 2},       {2, 5},       {10, 3},      {11, 4},      {14, 42},     {15, 33},
-    {17, 37},     {20, 14},     {23, 35},     {50, 40},     {52, 28},     {55, 30},
-    {66000, 28},  {66001, 30},  {66002, 4},   {66003, 35},  {66004, 39},  {66600, 38},
-    {66601, 39},  {66602, 29},  {66603, 31},  {66650, 6},   {66651, 7},   {66652, 8},
-    {66653, 9},   {66654, 11},  {66655, 12},  {66656, 13},  {66657, 15},  {66658, 16},
-    {66659, 17},  {66660, 18},  {66661, 19},  {66662, 34},  {66663, 20},  {66664, 21},
-    {66665, 22},  {66666, 23},  {66667, 24},  {66668, 25},  {66669, 26},  {66670, 27},
-    {66671, 32},
+    {DIRID_MODULE, FileSpecModuleDirectory},
+    {DIRID_TEMP, FileSpecTemp},
+    {DIRID_WINDOWS, FileSpecWindows},
+    {DIRID_SYSTEM, FileSpecSystem},
+    {DIRID_CONTROLS, FileSpecControls},
+    {DIRID_PRINTERS, FileSpecPrinters},
+    {DIRID_INF, FileSpecDevicePath},
+    {DIRID_FONTS, FileSpecFonts},
+    {DIRID_COLOR, FileSpecColor},
+    {DIRID_SYSTEM16, FileSpecWindowsSystem},
+    {DIRID_SPOOLDRIVERS, FileSpecPrinterDrivers},
+    {DIRID_PRINTPROCESSOR, FileSpecPrintProcessors},
+    {DIRID_PRINTER_DRIVERS, FileSpecPrinterDrivers},
+    {DIRID_PRINTER_PROCESSORS, FileSpecPrintProcessors},
+    {DIRID_PRINTER_SYSTEM, FileSpecSystem},
+    {DIRID_PRINTER_COLOR, FileSpecColor},
+    {DIRID_PRINTER_WEB, FileSpecWebPrinters},
+    {DIRID_WEB, FileSpecWeb},
+    {DIRID_WEB_PRINTERS, FileSpecWebPrinters},
+    {DIRID_PRINTER_DRIVERS_9X, FileSpecPrinterDrivers9x},
+    {DIRID_PRINTER_PROCESSORS_9X, FileSpecPrintProcessors9x},
+    {DIRID_SHELL_DESKTOP, FileSpecDesktop},
+    {DIRID_SHELL_COMMON_DESKTOPDIRECTORY, FileSpecCommonDesktopDirectory},
+    {DIRID_SHELL_DESKTOPDIRECTORY, FileSpecDesktopDirectory},
+    {DIRID_SHELL_FAVORITES, FileSpecFavorites},
+    {DIRID_SHELL_APPDATA, FileSpecAppData},
+    {DIRID_SHELL_INTERNET_CACHE, FileSpecInternetCache},
+    {DIRID_SHELL_COOKIES, FileSpecCookies},
+    {DIRID_SHELL_HISTORY, FileSpecHistory},
+    {DIRID_SHELL_NETHOOD, FileSpecNetHood},
+    {DIRID_SHELL_PERSONAL, FileSpecPersonal},
+    {DIRID_SHELL_PRINTHOOD, FileSpecPrintHood},
+    {DIRID_SHELL_PROGRAMS, FileSpecPrograms},
+    {DIRID_SHELL_COMMON_PROGRAMS, FileSpecCommonPrograms},
+    {DIRID_SHELL_RECENT, FileSpecRecent},
+    {DIRID_SHELL_SENDTO, FileSpecSendTo},
+    {DIRID_SHELL_STARTMENU, FileSpecStartMenu},
+    {DIRID_SHELL_STARTUP, FileSpecStartup},
+    {DIRID_SHELL_ALTSTARTUP, FileSpecAltStartup},
+    {DIRID_SHELL_COMMON_STARTUP, FileSpecCommonStartup},
+    {DIRID_SHELL_COMMON_ALTSTARTUP, FileSpecCommonAltStartup},
+    {DIRID_SHELL_TEMPLATES, FileSpecTemplates},
+    {DIRID_SHELL_PROGRAM_FILES, FileSpecProgramFiles},
 };
 
 }  // namespace
@@ -464,4 +517,11 @@ int CPrinterInf::FindDirectoryId(int id, char *out)
         return 0;
     CopyBounded(out, found->second.Text, CBoundedString::Capacity);
     return 1;
+}
+
+// The id as an INF writes it, read as atoi reads it: the number at the head
+// of the text counts, and text without one is id 0, which is no INF id.
+int CPrinterInf::FindDirectoryIdText(const char *id, char *out)
+{
+    return FindDirectoryId(std::atoi(id), out);
 }

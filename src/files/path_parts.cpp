@@ -176,21 +176,32 @@ size_t Refuse(char *out)
     return 0;
 }
 
+// What follows the directory's own text in path, with base set to the length
+// of that text without its trailing separators. Null when path does not go
+// on from the directory with a separator, the directory is empty or does not
+// fit size, or the rest is absolute or holds a colon.
+const char *RestBelow(const char *directory, const char *path, size_t size, size_t &base)
+{
+    base = std::strlen(directory);
+    while (base && IsPathSeparator(directory[base - 1]))
+        --base;
+    if (!base || base >= size || std::strncmp(path, directory, base) || !IsPathSeparator(path[base]))
+        return nullptr;
+    const char *rest = path + base + 1;
+    if (IsPathSeparator(*rest) || std::strchr(rest, ':'))
+        return nullptr;
+    return rest;
+}
+
 }  // namespace
 
 size_t ResolveInside(char *out, size_t size, const char *directory, const char *path)
 {
     if (!out || !size)
         return 0;
-    if (!directory || !path)
-        return Refuse(out);
-    size_t base = std::strlen(directory);
-    while (base && IsPathSeparator(directory[base - 1]))
-        --base;
-    if (!base || base >= size || std::strncmp(path, directory, base) || !IsPathSeparator(path[base]))
-        return Refuse(out);
-    const char *rest = path + base + 1;
-    if (IsPathSeparator(*rest) || std::strchr(rest, ':'))
+    size_t base = 0;
+    const char *rest = directory && path ? RestBelow(directory, path, size, base) : nullptr;
+    if (!rest)
         return Refuse(out);
 
     std::memcpy(out, directory, base);

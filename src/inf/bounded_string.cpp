@@ -26,18 +26,6 @@ int CompareNoCase(const char *left, const char *right)
     }
 }
 
-int CompareExact(const char *left, const char *right)
-{
-    const unsigned char *l = reinterpret_cast<const unsigned char *>(OrEmpty(left));
-    const unsigned char *r = reinterpret_cast<const unsigned char *>(OrEmpty(right));
-    for (;; ++l, ++r) {
-        if (*l != *r)
-            return *l < *r ? -1 : 1;
-        if (!*l)
-            return 0;
-    }
-}
-
 void CopyBounded(char *target, const char *source, size_t size)
 {
     if (!target || !size)
@@ -51,7 +39,7 @@ void CopyBounded(char *target, const char *source, size_t size)
     target[n] = 0;
 }
 
-CBoundedString::CBoundedString() : CaseSensitive(0)
+CBoundedString::CBoundedString()
 {
     std::memset(Text, 0, sizeof Text);
 }
@@ -95,7 +83,7 @@ int CBoundedString::Equals(const char *other) const
 
 int CBoundedString::Compare(const char *left, const char *right) const
 {
-    return CaseSensitive ? CompareExact(left, right) : CompareNoCase(left, right);
+    return CompareNoCase(left, right);
 }
 
 char *StripChar(char *text, char c)

@@ -16,6 +16,7 @@ public:
     // Text past MaxLength is dropped: the buffer never overruns.
     CBoundedString &Append(const char *source);
 
+    // Every comparison ignores case, as CompareNoCase does.
     int Equals(const char *other) const;
     int Differs(const char *other) const { return !Equals(other); }
     int Compare(const char *left, const char *right) const;
@@ -27,7 +28,6 @@ public:
     operator const char *() const { return Text; }
 
     char Text[Capacity];
-    int CaseSensitive;
 };
 
 // Ordering of every map keyed by a CBoundedString.
@@ -40,7 +40,6 @@ struct CBoundedStringLess {
 
 // Case is folded for A to Z only, bytes compared unsigned, no locale.
 int CompareNoCase(const char *left, const char *right);
-int CompareExact(const char *left, const char *right);
 
 // Copies at most size-1 characters and always terminates (size > 0).
 void CopyBounded(char *target, const char *source, size_t size);

@@ -16,8 +16,6 @@ CInfFile::CInfFile() {}
 
 CInfFile::~CInfFile() {}
 
-void CInfFile::OnLoad(int) {}
-
 void CInfFile::AddSection(const char *name)
 {
     if (!name || !*name)
@@ -27,58 +25,83 @@ void CInfFile::AddSection(const char *name)
     Sections.emplace(key, CInfKeyList());
 }
 
+namespace {
+
+// Cuts the next line off the text, in place, at its line end. A run of CR
+// and LF of any length is one line end; text moves on behind it. Null when
+// the text ends without a line end: such a line is dropped.
+char *NextLine(char *&text)
+{
+    char *line = text;
+    char *end = text;
+    while (*end && *end != '\r' && *end != '\n')
+        ++end;
+    if (!*end)
+        return nullptr;
+    text = end;
+    while (*text == '\r' || *text == '\n')
+        ++text;
+    *end = 0;
+    return line;
+}
+
+// A key line is cut at its first ";" and then at its first "=", quotes or
+// not; blanks round the name and the value go, tabs stay.
+CInfKey ReadKeyLine(char *line)
+{
+    if (char *comment = std::strchr(line, ';'))
+        *comment = 0;
+    char *value = std::strchr(line, '=');
+    if (value)
+        *value++ = 0;
+    CInfKey key;
+    StoreField(key.Name, line);
+    StoreField(key.Value, value);
+    StripChar(key.Name.Text, ' ');
+    StripChar(key.Value.Text, ' ');
+    return key;
+}
+
+}  // namespace
+
+// Only the first character of a line says what it is.
 void CInfFile::Parse(char *text)
 {
     if (!text)
         return;
     CInfSection current = Sections.end();
-    char *p = text;
-    while (*p) {
-        char *line = p;
-        char *end = p;
-        while (*end && *end != '\r' && *end != '\n')
-            ++end;
-        if (!*end)
-            break;  // a line that the end of the text cut off has no line end: dropped
-        p = end;
-        while (*p == '\r' || *p == '\n')
-            ++p;
-        *end = 0;
-
+    while (*text) {
+        char *line = NextLine(text);
+        if (!line)
+            break;
         switch (line[0]) {
         case 0:
         case ' ':
         case ';':
-            continue;
-        case '[': {
-            char *close = std::strchr(line + 1, ']');
-            if (!close)
-                continue;
-            *close = 0;
-            AddSection(line + 1);
-            CBoundedString name;
-            StoreField(name, line + 1);
-            current = name.IsEmpty() ? Sections.end() : Sections.find(name);
-            continue;
-        }
+            break;
+        case '[':
+            OpenSection(line, current);
+            break;
         default:
+            if (current != Sections.end())
+                current->second.push_back(ReadKeyLine(line));
             break;
         }
-
-        if (current == Sections.end())
-            continue;
-        if (char *comment = std::strchr(line, ';'))
-            *comment = 0;
-        char *value = std::strchr(line, '=');
-        if (value)
-            *value++ = 0;
-        CInfKey key;
-        StoreField(key.Name, line);
-        StoreField(key.Value, value);
-        StripChar(key.Name.Text, ' ');
-        StripChar(key.Value.Text, ' ');
-        current->second.push_back(key);
     }
+}
+
+// A header names the text between "[" and the first "]" exactly; "[]" leaves
+// no current section, and a line without "]" leaves the current one.
+void CInfFile::OpenSection(char *header, CInfSection &current)
+{
+    char *close = std::strchr(header + 1, ']');
+    if (!close)
+        return;
+    *close = 0;
+    AddSection(header + 1);
+    CBoundedString name;
+    StoreField(name, header + 1);
+    current = name.IsEmpty() ? Sections.end() : Sections.find(name);
 }
 
 int CInfFile::FindSection(const char *name, CInfSection &entry)

@@ -21,8 +21,6 @@ class CInfFile {
 public:
     CInfFile();
     virtual ~CInfFile();
-    // Called with 1 before the file is opened and with 0 when reading is over.
-    virtual void OnLoad(int starting);
 
     int Load(const char *path);
     // Cuts the NUL-terminated text up in place and stores what the grammar keeps.
@@ -47,6 +45,8 @@ public:
     CBoundedString FilePath;
 
 private:
+    // Makes the section that a header line names the current one.
+    void OpenSection(char *header, CInfSection &current);
     CInfFile(const CInfFile &);
     CInfFile &operator=(const CInfFile &);
 };

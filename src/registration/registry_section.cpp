@@ -33,7 +33,7 @@ void FindInstalledFile(const CBoundedString &model, CBoundedString &value)
         return;
     CFileSpec spec;
     for (const char *name = names; *name; name += std::strlen(name) + 1) {
-        spec.Resolve(0);
+        spec.Resolve(FileSpecEmpty);
         spec.SetPath(name);
         if (CompareNoCase(spec.FileName(), value) == 0) {
             value = CBoundedString(name);

@@ -11,52 +11,8 @@ namespace {
 
 const char *Text(const char *text) { return text ? text : ""; }
 
-// The fields of one shortcut line, by their place in it.
-enum {
-    GroupRoot,
-    GroupFolder,
-    Description,
-    TargetRoot,
-    TargetFolder,
-    TargetFile,
-    Arguments,
-    WorkingRoot,
-    WorkingFolder,
-    ShowCommand,
-    IconRoot,
-    IconFolder,
-    IconFile,
-    IconIndex,
-    HotKey,
-    ShortcutFieldCount
-};
-
-bool IsTextField(int field)
-{
-    switch (field) {
-    case GroupFolder:
-    case Description:
-    case TargetFolder:
-    case TargetFile:
-    case Arguments:
-    case WorkingFolder:
-    case IconFolder:
-    case IconFile:
-        return true;
-    default:
-        return false;
-    }
-}
-
-// A spec at an INF directory id and a folder below it; an unknown id leaves
-// the folder alone, relative to the current directory.
-void PlaceUnder(CPrinterInf &printer, CFileSpec &spec, const char *root, const char *folder)
-{
-    char directory[CBoundedString::Capacity] = "";
-    printer.FindDirectoryId(std::atol(root), directory);
-    spec.SetPath(directory);
-    spec.AppendDirectory(folder);
-}
+// What Save reads back of the description, which names the shortcut file.
+const int DescriptionSize = 257;
 
 }  // namespace
 
@@ -76,10 +32,10 @@ HRESULT CShortcut::Initialize()
     HRESULT result = Com.Join();
     if (FAILED(result))
         return result;
-    result = CoCreateInstance(CLSID_ShellLink, NULL, CLSCTX_INPROC_SERVER, IID_IShellLinkA, ShellLink.Put());
+    result = CoCreateInstance(CLSID_ShellLink, NULL, CLSCTX_INPROC_SERVER, IID_IShellLinkA, ShellLink.PutVoid());
     if (FAILED(result))
         return result;
-    return ShellLink->QueryInterface(IID_IPersistFile, PersistFile.Put());
+    return ShellLink->QueryInterface(IID_IPersistFile, PersistFile.PutVoid());
 }
 
 bool CShortcut::SetDescription(const char *text) { return SUCCEEDED(ShellLink->SetDescription(Text(text))); }
@@ -97,7 +53,7 @@ bool CShortcut::Save(const char *path)
 {
     if (!ShellLink.IsValid() || !PersistFile.IsValid())
         return false;
-    char description[257] = "";
+    char description[DescriptionSize] = "";
     ShellLink->GetDescription(description, sizeof description);
     // The file is named by the description: without one there is no name,
     // and every such line would overwrite one file called ".lnk".
@@ -118,6 +74,141 @@ bool CShortcut::Save(const char *path)
     return SUCCEEDED(PersistFile->Save(wide, TRUE));
 }
 
+namespace {
+
+// One line of a program group section. A field that a short line doesn't
+// reach stays empty.
+struct CShortcutLine {
+    CBoundedString GroupRoot, GroupFolder, Description;
+    CBoundedString TargetRoot, TargetFolder, TargetFile, Arguments;
+    CBoundedString WorkingRoot, WorkingFolder, ShowCommand;
+    CBoundedString IconRoot, IconFolder, IconFile, IconIndex, HotKey;
+};
+
+// The fields in their order on the line. Directory ids and numbers are taken
+// as they stand; a text field may be a string token of the INF.
+const struct {
+    CBoundedString CShortcutLine::*Field;
+    bool IsText;
+} ShortcutFields[] = {
+    {&CShortcutLine::GroupRoot, false},    {&CShortcutLine::GroupFolder, true},
+    {&CShortcutLine::Description, true},   {&CShortcutLine::TargetRoot, false},
+    {&CShortcutLine::TargetFolder, true},  {&CShortcutLine::TargetFile, true},
+    {&CShortcutLine::Arguments, true},     {&CShortcutLine::WorkingRoot, false},
+    {&CShortcutLine::WorkingFolder, true}, {&CShortcutLine::ShowCommand, false},
+    {&CShortcutLine::IconRoot, false},     {&CShortcutLine::IconFolder, true},
+    {&CShortcutLine::IconFile, true},      {&CShortcutLine::IconIndex, false},
+    {&CShortcutLine::HotKey, false},
+};
+const int ShortcutFieldCount = sizeof ShortcutFields / sizeof ShortcutFields[0];
+
+// Commas cut the text, in place, into the fields; quotes don't protect a
+// comma, and the last field takes the rest. Blanks round a field go.
+void ReadShortcutLine(CPrinterInf &printer, char *text, CShortcutLine &line)
+{
+    char *field = text;
+    for (int i = 0; i < ShortcutFieldCount && field; ++i) {
+        char *rest = i + 1 < ShortcutFieldCount ? NextToken(field, ',') : NULL;
+        StripChar(field, ' ');
+        CBoundedString &value = line.*ShortcutFields[i].Field;
+        if (ShortcutFields[i].IsText)
+            printer.ExpandToken(field, value, NULL);
+        else
+            value = CBoundedString(field);
+        field = rest;
+    }
+}
+
+long Number(const CBoundedString &field) { return std::atol(field); }
+
+// A spec at an INF directory id and a folder below it; an unknown id leaves
+// the folder alone, relative to the current directory.
+void PlaceUnder(CPrinterInf &printer, CFileSpec &spec, const char *root, const char *folder)
+{
+    char directory[CBoundedString::Capacity] = "";
+    printer.FindDirectoryIdText(root, directory);
+    spec.SetPath(directory);
+    spec.AppendDirectory(folder);
+}
+
+// The group's folder: below the root that the line names, or below the
+// Programs folder when that root has no path. Only its last level is made.
+void MakeGroupFolder(CPrinterInf &printer, const CShortcutLine &line, CFileSpec &group)
+{
+    char directory[CBoundedString::Capacity] = "";
+    group.Resolve(FileSpecEmpty);
+    if (!line.GroupRoot.IsEmpty() && printer.FindDirectoryIdText(line.GroupRoot, directory) && directory[0])
+        group.SetPath(directory);
+    else
+        group.Resolve(FileSpecPrograms);
+    group.AppendDirectory(line.GroupFolder);
+    CreateDirectoryA(group.DirectoryPath(), NULL);
+}
+
+// Without a working root the target's directory serves, which is empty when
+// the line names no target either.
+void PlaceWorkingDirectory(CPrinterInf &printer, const CShortcutLine &line, CFileSpec &target, CShortcut &link)
+{
+    CFileSpec workDir;
+    workDir.Resolve(FileSpecEmpty);
+    if (!line.WorkingRoot.IsEmpty())
+        PlaceUnder(printer, workDir, line.WorkingRoot, line.WorkingFolder);
+    else
+        workDir.SetDirectory(target.DirectoryPath());
+    link.SetWorkingDirectory(workDir.DirectoryPath());
+}
+
+// The icon needs both its root and its index; an index of 0 is the text 0.
+void SetIcon(CPrinterInf &printer, const CShortcutLine &line, CShortcut &link)
+{
+    if (line.IconRoot.IsEmpty() || line.IconIndex.IsEmpty())
+        return;
+    CFileSpec icon;
+    icon.Resolve(FileSpecEmpty);
+    PlaceUnder(printer, icon, line.IconRoot, line.IconFolder);
+    icon.SetFileName(line.IconFile);
+    link.ShellLink->SetIconLocation(icon.FullPath(), static_cast<int>(Number(line.IconIndex)));
+}
+
+void DescribeLink(CPrinterInf &printer, const CShortcutLine &line, CShortcut &link)
+{
+    link.SetDescription(line.Description);
+    CFileSpec target;
+    target.Resolve(FileSpecEmpty);
+    if (!line.TargetRoot.IsEmpty()) {
+        PlaceUnder(printer, target, line.TargetRoot, line.TargetFolder);
+        target.SetFileName(line.TargetFile);
+        link.SetPath(target.FullPath());
+    }
+    if (!line.Arguments.IsEmpty())
+        link.SetArguments(line.Arguments);
+    PlaceWorkingDirectory(printer, line, target, link);
+    if (!line.ShowCommand.IsEmpty())
+        link.ShellLink->SetShowCmd(static_cast<int>(Number(line.ShowCommand)));
+    SetIcon(printer, line, link);
+    if (!line.HotKey.IsEmpty())
+        link.ShellLink->SetHotkey(static_cast<WORD>(Number(line.HotKey)));
+}
+
+// One shortcut: on record before anything else that the line causes, then
+// read, made and saved. The whole line, still uncut, names the record.
+void AddShortcut(CPrinterInf &printer, const CInfKey &entry)
+{
+    CShortcut link;
+    CBoundedString text(entry.Name);
+    text.Append(entry.Value);
+    printer.LogUninstall(UninstallShortcuts, text, "1");
+
+    CShortcutLine line;
+    ReadShortcutLine(printer, text, line);
+    CFileSpec group;
+    MakeGroupFolder(printer, line, group);
+    DescribeLink(printer, line, link);
+    link.Save(group.FullPath());
+}
+
+}  // namespace
+
 int CPrinterInf::AddProgramGroup()
 {
     try {
@@ -126,78 +217,8 @@ int CPrinterInf::AddProgramGroup()
             throw "no shortcut section";
         if (section->second.empty())
             throw " the program group section is empty";
-
-        for (const CInfKey &entry : section->second) {
-            CShortcut link;
-            CBoundedString line(entry.Name);
-            line.Append(entry.Value);
-            LogUninstall(UninstallShortcuts, line, "1");
-
-            // Quotes don't protect a comma, and the last field takes the rest.
-            char *cut[ShortcutFieldCount];
-            cut[0] = line.Text;
-            for (int i = 1; i < ShortcutFieldCount; ++i)
-                cut[i] = NextToken(cut[i - 1], ',');
-            CBoundedString fields[ShortcutFieldCount];
-            for (int i = 0; i < ShortcutFieldCount; ++i) {
-                if (!cut[i])
-                    continue;
-                StripChar(cut[i], ' ');
-                if (IsTextField(i))
-                    ExpandToken(cut[i], fields[i], NULL);
-                else
-                    fields[i] = CBoundedString(cut[i]);
-            }
-
-            char directory[CBoundedString::Capacity] = "";
-            CFileSpec group;
-            group.Resolve(0);
-            if (!fields[GroupRoot].IsEmpty() && FindDirectoryId(std::atol(fields[GroupRoot]), directory) &&
-                directory[0])
-                group.SetPath(directory);
-            else
-                group.Resolve(FileSpecPrograms);
-            group.AppendDirectory(fields[GroupFolder]);
-            CreateDirectoryA(group.DirectoryPath(), NULL);
-
-            link.SetDescription(fields[Description]);
-
-            CFileSpec target;
-            target.Resolve(0);
-            if (!fields[TargetRoot].IsEmpty()) {
-                PlaceUnder(*this, target, fields[TargetRoot], fields[TargetFolder]);
-                target.SetFileName(fields[TargetFile]);
-                link.SetPath(target.FullPath());
-            }
-
-            if (!fields[Arguments].IsEmpty())
-                link.SetArguments(fields[Arguments]);
-
-            CFileSpec workDir;
-            workDir.Resolve(0);
-            if (!fields[WorkingRoot].IsEmpty()) {
-                PlaceUnder(*this, workDir, fields[WorkingRoot], fields[WorkingFolder]);
-            } else {
-                workDir.SetDirectory(target.DirectoryPath());
-            }
-            link.SetWorkingDirectory(workDir.DirectoryPath());
-
-            if (!fields[ShowCommand].IsEmpty())
-                link.ShellLink->SetShowCmd(static_cast<int>(std::atol(fields[ShowCommand])));
-
-            if (!fields[IconRoot].IsEmpty() && !fields[IconIndex].IsEmpty()) {
-                CFileSpec icon;
-                icon.Resolve(0);
-                PlaceUnder(*this, icon, fields[IconRoot], fields[IconFolder]);
-                icon.SetFileName(fields[IconFile]);
-                link.ShellLink->SetIconLocation(icon.FullPath(), static_cast<int>(std::atol(fields[IconIndex])));
-            }
-
-            if (!fields[HotKey].IsEmpty())
-                link.ShellLink->SetHotkey(static_cast<WORD>(std::atol(fields[HotKey])));
-
-            link.Save(group.FullPath());
-        }
+        for (const CInfKey &entry : section->second)
+            AddShortcut(*this, entry);
     } catch (const char *) {
         return 0;
     } catch (const CShortcutException &) {

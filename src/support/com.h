@@ -23,12 +23,22 @@ public:
             Pointer->Release();
         Pointer = NULL;
     }
-    // For the calls that fill an interface pointer through a void **.
-    void **Put()
+    // Gives the pointer up unreleased, as after a call that failed and may
+    // have left anything in it.
+    Interface *Detach()
+    {
+        Interface *pointer = Pointer;
+        Pointer = NULL;
+        return pointer;
+    }
+    // For the calls that fill an interface pointer of this type.
+    Interface **Put()
     {
         Reset();
-        return reinterpret_cast<void **>(&Pointer);
+        return &Pointer;
     }
+    // For the calls that fill one through a void ** and an interface id.
+    void **PutVoid() { return reinterpret_cast<void **>(Put()); }
 
 private:
     CComPointer(const CComPointer &);

@@ -18,7 +18,7 @@ void CheckAppend(const std::string &text, size_t chunk)
     FUZZ_CHECK(pieces.Length() == kept && pieces.Text[CBoundedString::MaxLength] == 0);
     FUZZ_CHECK(text.compare(0, kept, pieces.Text) == 0);
     CBoundedString whole(text.c_str());
-    FUZZ_CHECK(CompareExact(whole, pieces) == 0);
+    FUZZ_CHECK(std::strcmp(whole, pieces) == 0);
     CBoundedString copy;
     copy.Assign(whole).Assign(copy).Append(whole);
     FUZZ_CHECK(copy.Length() == std::min<size_t>(2 * kept, CBoundedString::MaxLength));

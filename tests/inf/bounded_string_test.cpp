@@ -90,17 +90,6 @@ TEST(BoundedString, NeverOverrunsWhateverArrives)
     EXPECT_TRUE(CBoundedString(nullptr).IsEmpty());
 }
 
-TEST(BoundedString, AssignKeepsTheTargetsCaseFlag)
-{
-    CBoundedString exact("x");
-    exact.CaseSensitive = 1;
-    CBoundedString source("Hello");
-    exact.Assign(source);
-    EXPECT_STREQ("Hello", exact.Text);
-    EXPECT_FALSE(exact.Equals("hello"));
-    EXPECT_TRUE(source.Equals("hELLO"));
-}
-
 TEST(BoundedString, CompareFoldsOnlyAsciiLettersAndIsUnsigned)
 {
     const struct {
