@@ -16,8 +16,6 @@
 // for copy; a setupapi of -1 was not run).
 #include <windows.h>
 
-#include <setupapi.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -32,6 +30,10 @@
 #include "files/file_spec.h"
 #include "support/handles.h"
 #include "tovrel.h"
+
+// After the project's headers: its DIRID_ names have the values setupapi's
+// macros give them, and must be declared before the macros exist.
+#include <setupapi.h>
 
 namespace {
 

@@ -119,7 +119,7 @@ void SetModelWebDirectory(CPrinterInf &inf)
     folder.Resolve(FileSpecWebPrinters);
     folder.AppendDirectory(inf.Manufacturer);
     folder.AppendDirectory(inf.Model);
-    inf.DirectoryIds[ModelWebDirectoryId] = CBoundedString(folder.FullPath());
+    inf.DirectoryIds[DIRID_PRINTER_WEB] = CBoundedString(folder.FullPath());
 }
 
 }  // namespace

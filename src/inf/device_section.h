@@ -3,9 +3,6 @@
 #ifndef TOVREL_INF_DEVICE_SECTION_H
 #define TOVREL_INF_DEVICE_SECTION_H
 
-// The INF directory id of the model's own folder below the web printers folder.
-enum { ModelWebDirectoryId = 66004 };
-
 // Suffix of the install section variant for a COsVersion family: ".NTx86",
 // ".Win", or empty.
 const char *InstallSectionSuffix(int family);

@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <cstdlib>
-
 #include "entry/printer_inf.h"
 #include "files/file_spec.h"
 #include "files/uninstall_data.h"
@@ -18,7 +16,6 @@ namespace {
 typedef HRESULT(STDAPICALLTYPE *RegisterServerProc)();
 
 // No directory id has it: Resolve gives the empty spec.
-enum { NoDirectoryId = 0 };
 
 // The system's own search first, which starts where `file` points; then each
 // destination directory, in map order, until one loads. `file` is left
@@ -31,7 +28,7 @@ CLibrary LoadElement(CPrinterInf &inf, CFileSpec &file, const char *element)
         for (const CBoundedString &destination : entry->second) {
             char directory[CBoundedString::Capacity] = "";
             // An entry is a directory id, maybe followed by a subdirectory.
-            if (!inf.FindDirectoryId(std::atoi(destination.Text), directory))
+            if (!inf.FindDirectoryIdText(destination, directory))
                 continue;
             file.SetPath(directory);
             file.SetFileName(element);
@@ -78,7 +75,7 @@ int CPrinterInf::RegisterFiles()
     // One spec for the whole list: the directory where one element was
     // found is the first place tried for the next.
     CFileSpec file;
-    file.Resolve(NoDirectoryId);
+    file.Resolve(FileSpecEmpty);
     char *element = list.Text;
     while (element && *element) {
         char *rest = NextToken(element, ',');

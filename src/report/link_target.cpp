@@ -13,8 +13,8 @@ bool ReadLinkTarget(const std::string &linkPath, std::string &target)
     CComPointer<IShellLinkA> link;
     CComPointer<IPersistFile> file;
     if (FAILED(apartment.Join())
-        || FAILED(CoCreateInstance(CLSID_ShellLink, NULL, CLSCTX_INPROC_SERVER, IID_IShellLinkA, link.Put()))
-        || FAILED(link->QueryInterface(IID_IPersistFile, file.Put()))) {
+        || FAILED(CoCreateInstance(CLSID_ShellLink, NULL, CLSCTX_INPROC_SERVER, IID_IShellLinkA, link.PutVoid()))
+        || FAILED(link->QueryInterface(IID_IPersistFile, file.PutVoid()))) {
         target = "the shell's link object is not available";
         return false;
     }

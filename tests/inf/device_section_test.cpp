@@ -5,6 +5,7 @@
 
 #include "debug_output.h"
 #include "entry/printer_inf.h"
+#include "files/file_spec.h"
 #include "inf/device_section.h"
 #include "registry_support.h"
 #include "test_support.h"
@@ -98,7 +99,7 @@ TEST_F(DeviceSection, TheNtVariantFillsEveryFieldAndRecordsTenValues)
     // The model's folder replaces directory id 66004; its base, 66601, stays.
     char web[260] = "", model[260] = "";
     ASSERT_EQ(1, Printer.FindDirectoryId(66601, web));
-    ASSERT_EQ(1, Printer.FindDirectoryId(ModelWebDirectoryId, model));
+    ASSERT_EQ(1, Printer.FindDirectoryId(DIRID_PRINTER_WEB, model));
     std::string base = web;
     if (base.empty() || base.back() != '\\')
         base += '\\';
