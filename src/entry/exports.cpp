@@ -116,11 +116,7 @@ void NormaliseDescription(char *text)
 CBoundedString ReadDeviceString(CRegKey &key, const char *name)
 {
     CBoundedString value;
-    DWORD type = 0;
-    DWORD size = CBoundedString::Capacity;
-    if (!key.QueryValue(name, &type, reinterpret_cast<BYTE *>(value.Text), &size) ||
-        value.Text[CBoundedString::MaxLength] != 0)
-        value = CBoundedString();
+    key.QueryString(name, value.Text, CBoundedString::Capacity);
     return value;
 }
 

@@ -50,12 +50,14 @@ bool CRegKey::QueryValue(const char *name, DWORD *type, BYTE *data, DWORD *size)
 bool CRegKey::QueryString(const char *name, char *out, DWORD size)
 {
     DWORD type = REG_SZ, read = size;
-    if (!QueryValue(name, &type, reinterpret_cast<BYTE *>(out), &read)) {
+    // A value that fills the buffer without its NUL does not fit: cut, it
+    // would be another text, so it reads as none.
+    if (!QueryValue(name, &type, reinterpret_cast<BYTE *>(out), &read) || (read == size && out[size - 1])) {
         out[0] = 0;
         return false;
     }
-    // A value stored without its NUL still ends inside the buffer.
-    out[size - 1] = 0;
+    if (read < size)
+        out[read] = 0;
     return true;
 }
 
