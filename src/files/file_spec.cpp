@@ -7,6 +7,7 @@
 
 #include "entry/printer_inf.h"
 #include "inf/bounded_string.h"
+#include "registration/reg_key.h"
 #include "registration/spooler.h"
 #include "support/com.h"
 #include "support/handles.h"
@@ -359,20 +360,14 @@ bool ExpandText(const char *text, char *out)
 
 int ReadExpandedRegistryString(HKEY root, const char *subkey, const char *valueName, char *out)
 {
-    CRegistryHandle key;
-    // All access although it is only read: a caller without write rights to
-    // the key takes the failure path, as the installer always has.
-    if (RegOpenKeyExA(root, subkey, 0, KEY_ALL_ACCESS, key.Put()) != ERROR_SUCCESS)
-        return 0;
-    char raw[MAX_PATH + 1];
-    std::memset(raw, 0, sizeof raw);
-    DWORD size = MAX_PATH;
-    if (RegQueryValueExA(key.Get(), valueName, NULL, NULL, reinterpret_cast<BYTE *>(raw),
-                         &size) != ERROR_SUCCESS)
-        return 0;
-
+    // The wrapper opens with all access although the value is only read: a
+    // caller without write rights to the key takes the failure path, as the
+    // installer always has.
+    CRegKey key;
+    CBoundedString raw;
     char expanded[MAX_PATH];
-    if (!ExpandText(raw, expanded))
+    if (!key.Open(root, subkey) || !key.QueryString(valueName, raw.Text, CBoundedString::Capacity) ||
+        !ExpandText(raw, expanded))
         return 0;
     lstrcpyA(out, expanded);
     return 1;
