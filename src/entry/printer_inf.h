@@ -7,12 +7,12 @@
 #include <map>
 
 #include "inf/bounded_string.h"
+#include "files/directory_ids.h"
 #include "inf/inf_file.h"
 
 class CFileSpec;
 class CCabinetExtractor;
 
-typedef std::map<int, CBoundedString> CDirectoryIdMap;
 typedef std::list<CBoundedString> CDestinationList;
 typedef std::map<CBoundedString, CDestinationList, CBoundedStringLess> CDestinationDirMap;
 
@@ -58,7 +58,8 @@ public:
     void InstallCabinet(const char *name, CFileSpec &work, CFileSpec &destination,
                         CCabinetExtractor &extractor, std::list<CFileSpec> &extracted);
 
-    // The INF directory ids, resolved once when the file is opened.
+    // The INF directory ids, resolved when the file is opened: those the INF
+    // can name at once, the others on their first lookup.
     int BuildDirectoryIds();
     int FindDirectoryId(int id, char *out);
     int FindDirectoryIdText(const char *id, char *out);

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include "entry/printer_inf.h"
 #include "inf/bounded_string.h"
@@ -496,12 +497,25 @@ const struct {
 
 }  // namespace
 
+int IdentifierOfInfId(int infId)
+{
+    for (const auto &entry : InfDirectoryIds)
+        if (entry.InfId == infId)
+            return entry.Identifier;
+    return FileSpecEmpty;
+}
+
+std::vector<int> InfDirectoryIdList()
+{
+    std::vector<int> ids;
+    for (const auto &entry : InfDirectoryIds)
+        ids.push_back(entry.InfId);
+    return ids;
+}
+
 int CPrinterInf::BuildDirectoryIds()
 {
-    DirectoryIds.clear();
-    CFileSpec spec;
-    for (const auto &entry : InfDirectoryIds)
-        DirectoryIds[entry.InfId] = CBoundedString(spec.ResolveFullPath(entry.Identifier));
+    DirectoryIds.Resolve(*this);
     return 1;
 }
 

@@ -6,6 +6,8 @@
 
 #include <windows.h>
 
+#include <vector>
+
 #include "files/path_parts.h"
 
 // The identifiers that Resolve knows; every other number, FileSpecEmpty
@@ -167,6 +169,11 @@ struct CFileSpecException {
 // The LeadBytePredicate of the current code page, for every path that is
 // split or cut on this platform.
 int IsLeadByte(unsigned char c);
+
+// The identifier through which an INF directory id resolves, FileSpecEmpty
+// for a number that is no INF id; and every INF id, in the table's order.
+int IdentifierOfInfId(int infId);
+std::vector<int> InfDirectoryIdList();
 int IsDirectory(const char *path);
 int ReadExpandedRegistryString(HKEY root, const char *subkey, const char *valueName, char *out);
 void SpecialFolderPath(int csidl, char *out, int size);
