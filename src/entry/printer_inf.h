@@ -55,8 +55,8 @@ public:
     int CollectCopyFiles(std::list<CBoundedString> *names, std::list<CBoundedString> *paths);
     int CopyFiles();
     void ScheduleRenameAtRestart(const char *target);
-    void InstallCabinet(const char *name, CFileSpec &work, CFileSpec &destination,
-                        CCabinetExtractor &extractor, std::list<CFileSpec> &extracted);
+    void InstallCabinet(const char *name, CFileSpec &work, CCabinetExtractor &extractor,
+                        std::list<CFileSpec> &extracted);
 
     // The INF directory ids, resolved when the file is opened: those the INF
     // can name at once, the others on their first lookup.

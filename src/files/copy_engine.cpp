@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <vector>
+
 #include "entry/printer_inf.h"
 #include "files/cabinet.h"
 #include "files/copy_engine.h"
@@ -31,28 +33,46 @@ void AddPath(CFileSpec &spec, CBoundedStringList &paths)
         paths.push_back(CBoundedString(spec.FullPath()));
 }
 
-// One extracted file to one destination entry ("id" or "id,subdirectory").
-// A target that does not fit is refused before anything is made for it.
-void InstallExtractedFile(CPrinterInf &printer, const CBoundedString &entry, CFileSpec &source,
-                          const char *file, CFileSpec &destination)
+// One destination entry of a cabinet ("id" or "id,subdirectory"), worked
+// out once for all its files. Ready once its directory is known to exist:
+// from then on it is not looked at again for this cabinet. A directory that
+// could not be made is looked at again for the next file, which may find it
+// made by an entry served in between.
+struct CCabinetDestination {
+    CFileSpec Directory;
+    bool Ready;
+};
+
+CCabinetDestination PrepareDestination(CPrinterInf &printer, const CBoundedString &entry)
 {
+    CCabinetDestination destination;
+    destination.Directory.Resolve(FileSpecEmpty);
+    destination.Ready = false;
     CBoundedString copy(entry);
     char *subdirectory = NextToken(copy, ',');
     CBoundedString directory;
     printer.FindDirectoryIdText(copy, directory);
-    destination.SetDirectory(directory);
+    destination.Directory.SetDirectory(directory);
     if (subdirectory && *subdirectory)
-        destination.AppendDirectory(subdirectory);
+        destination.Directory.AppendDirectory(subdirectory);
+    return destination;
+}
 
+// One extracted file to one destination. A target that does not fit is
+// refused before anything is made for it.
+void InstallExtractedFile(CPrinterInf &printer, CCabinetDestination &destination, CFileSpec &source,
+                          const char *file)
+{
     CFileSpec target;
     target.Resolve(FileSpecEmpty);
-    CBoundedString targetDirectory(destination.DirectoryPath());
+    CBoundedString targetDirectory(destination.Directory.DirectoryPath());
     target.SetDirectory(targetDirectory);
     target.SetFileName(file);
-    if (!destination.Fits() || !target.Fits() || !source.Fits())
+    if (!destination.Directory.Fits() || !target.Fits() || !source.Fits())
         return;
-    if (!destination.DirectoryExists())
-        CreateDirectoryA(destination.DirectoryPath(), NULL);
+    if (!destination.Ready)
+        destination.Ready = destination.Directory.DirectoryExists() ||
+                            CreateDirectoryA(destination.Directory.DirectoryPath(), NULL);
     CBoundedString sourcePath(source.FullPath());
     CBoundedString targetPath(target.FullPath());
     printer.InstallFile(sourcePath, targetPath);
@@ -143,10 +163,8 @@ int CPrinterInf::CollectCopyFiles(CBoundedStringList *names, CBoundedStringList 
 
 int CPrinterInf::CopyFiles()
 {
-    CFileSpec cabinet, work, destination;
-    cabinet.Resolve(FileSpecEmpty);
+    CFileSpec work;
     work.Resolve(FileSpecTempDirectory);
-    destination.Resolve(FileSpecEmpty);
     std::list<CFileSpec> extracted;
     int result = 1;
     {
@@ -169,7 +187,7 @@ int CPrinterInf::CopyFiles()
                 if (!*element)
                     break;
                 if (*StripChar(element, ' '))
-                    InstallCabinet(element, work, destination, extractor, extracted);
+                    InstallCabinet(element, work, extractor, extracted);
                 element = next;
             }
         } catch (const char *) {
@@ -182,8 +200,8 @@ int CPrinterInf::CopyFiles()
     return result;
 }
 
-void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CFileSpec &destination,
-                                 CCabinetExtractor &extractor, std::list<CFileSpec> &extracted)
+void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CCabinetExtractor &extractor,
+                                 std::list<CFileSpec> &extracted)
 {
     // Cabinets are looked for in the printer driver directory only.
     CFileSpec cabinet;
@@ -200,6 +218,9 @@ void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CFileSpec &d
     CBoundedString cabinetPath(cabinet.FullPath());
     extractor.Extract(cabinetPath, 1);
 
+    std::vector<CCabinetDestination> destinations;
+    for (const CBoundedString &entry : entries)
+        destinations.push_back(PrepareDestination(*this, entry));
     CFileSpec source;
     source.Resolve(FileSpecEmpty);
     CBoundedString workDirectory(work.DirectoryPath());
@@ -207,8 +228,8 @@ void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CFileSpec &d
     while (extractor.PopExtractedName(file)) {
         source.SetDirectory(workDirectory);
         source.SetFileName(file);
-        for (const CBoundedString &entry : entries)
-            InstallExtractedFile(*this, entry, source, file, destination);
+        for (CCabinetDestination &destination : destinations)
+            InstallExtractedFile(*this, destination, source, file);
         if (source.Fits())
             extracted.push_back(source);
     }
