@@ -1,0 +1,145 @@
+#!/usr/bin/env bash
+# Installs one scenario in a fresh prefix of its Windows version, runs
+# tovrel-report where the scenario says, and compares the transcript, made
+# alike for every prefix and architecture, with NAME.expected beside it.
+#   run-snapshot.sh BINDIR NAME.scenario
+# TOVREL_SNAPSHOT_UPDATE=1 writes the transcript to NAME.expected instead;
+# TOVREL_KEEP_PREFIX=1 keeps the prefix. A scenario is one step a line, in
+# shell words; $sys and $drivers stand for the system and printer driver
+# directories:
+#   flavor winxp|nt40|win98    the prefix's Windows version (the first step)
+#   inf FILE                   an INF of the source tree, copied to C:\demo
+#   cab NAME MEMBER...         a cabinet in the driver directory; a MEMBER is
+#   cabset NAME MEMBER...      STORED=BUILT (a file of BINDIR) or STORED, a
+#                              line of text; cabset spreads them over two
+#   put BUILT PATH             a file of BINDIR at a Windows path
+#   rundll MFG MODEL PRINTER   rundll32 tovrel.dll,Repair_RunDll /INF ...
+#   repair MFG MODEL PRINTER   Repair through repair_cli
+#   hold PATH                  a process that keeps PATH loaded until restart
+#   restart                    ends every program, then wineboot -r
+#   delete PATH                removes a file
+#   wine PROGRAM ARGS...       a program of the prefix (reg, sc, net ...)
+#   report MODEL               tovrel-report MODEL: its lines and exit code
+set -uo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+source_dir=$(cd "$here/../.." && pwd)
+. "$source_dir/scripts/wine-env.sh"
+bin=$(cd "$1" && pwd) scenario=$2
+expected=${scenario%.scenario}.expected
+step_limit=${TOVREL_SNAPSHOT_STEP_SECONDS:-120}
+flavor=$(awk '$1 == "flavor" { print $2; exit }' "$scenario")
+"$source_dir/scripts/wine-prefix.sh" "$flavor" || { echo "snapshot: no template for $flavor" >&2; exit 1; }
+
+root=$(tovrel_wine_root)
+mkdir -p "$root/run"
+run=$(mktemp -d "$root/run/snapshot-$flavor.XXXXXX")
+cp -a "$root/templates/$TOVREL_WINE_ARCH-$flavor/." "$run/"
+export HOME="$run/home" WINEPREFIX="$run/prefix"
+holders=()
+cleanup() {
+    for pid in "${holders[@]}"; do kill "$pid" 2>/dev/null; done
+    wineserver -k >/dev/null 2>&1
+    if [ "${TOVREL_KEEP_PREFIX:-0}" = 1 ]; then echo "snapshot: prefix kept in $WINEPREFIX" >&2; else rm -rf "$run"; fi
+}
+trap cleanup EXIT
+
+if [ "$TOVREL_WINE_ARCH" = win64 ]; then env_dir=x64; else env_dir=w32x86; fi
+[ "$flavor" = win98 ] && env_dir=win40
+sys='C:\windows\system32' drivers="C:\\windows\\system32\\spool\\drivers\\$env_dir"
+c="$WINEPREFIX/drive_c"
+mkdir -p "$c/demo" "$c/windows/system32/spool/drivers/$env_dir"
+cp "$bin/tovrel.dll" "$bin/repair_cli.exe" "$bin/holder.exe" "$bin/tovrel-report.exe" "$c/demo/"
+built=()  # the files of BINDIR that the scenario uses: their sizes differ by architecture
+
+unix_path() { local p=${1#[Cc]:\\}; echo "$c/${p//\\//}"; }
+in_prefix() { timeout "$step_limit" "$TOVREL_WINE" "$@"; }
+# An install, with what the library wrote to the debug output.
+install() {
+    WINEDEBUG=-all,+debugstr in_prefix "$@" 2>&1 | tr -d '\r' |
+        sed -E 's/^.*OutputDebugStringA "(.*)"$/debug output: \1/'
+}
+
+# Fills a staging directory with the members of a cabinet.
+stage_members() {
+    local dir=$1 member; shift
+    rm -rf "$dir" && mkdir -p "$dir"
+    for member in "$@"; do
+        if [ "${member#*=}" != "$member" ]; then
+            cp "$bin/${member#*=}" "$dir/${member%%=*}" && built+=("${member#*=}")
+        else
+            printf 'Plenarc demo %s\r\n' "$member" >"$dir/$member"
+        fi
+    done
+}
+
+# A cabinet, or a set of two members (stored, so that their size is known),
+# moved into the driver directory under NAME and NAME's stem with 2.
+make_cabinet() {
+    local kind=$1 name=$2 stage="$run/cab" total; shift 2
+    stage_members "$stage" "$@"
+    if [ "$kind" = cab ]; then
+        (cd "$stage" && in_prefix cabarc -m mszip N "$name" "${@%%=*}" >/dev/null 2>&1)
+    else
+        total=$(cat "$stage"/* | wc -c)
+        (cd "$stage" && in_prefix cabarc -m none -d $((total * 6 / 10)) N "${name%.*}*.${name##*.}" "${@%%=*}" \
+            >/dev/null 2>&1 && mv "${name%.*}1.${name##*.}" "$name")
+    fi
+    (cd "$stage" && echo "in the driver directory:" *.[Cc][Aa][Bb] && mv ./*.[Cc][Aa][Bb] "$(unix_path "$drivers")/")
+}
+
+hold_library() {
+    in_prefix 'C:\demo\holder.exe' "$1" >"$run/held" 2>/dev/null &
+    holders+=($!)
+    for _ in $(seq 100); do grep -q held "$run/held" 2>/dev/null && return 0; sleep 0.2; done
+    echo "(the holder did not load $1)"
+}
+
+run_step() {
+    local verb=$1; shift
+    case $verb in
+    flavor) ;;
+    inf) inf="C:\\demo\\$(basename "$1")"; cp "$source_dir/$1" "$c/demo/" ;;
+    cab | cabset) make_cabinet "$verb" "$@" ;;
+    put) cp "$bin/$1" "$(unix_path "$2")" && built+=("$1") ;;
+    rundll) install rundll32.exe 'C:\demo\tovrel.dll,Repair_RunDll' /INF "$inf" /MFG "$1" /DRV "$2" /NAME "$3" ;;
+    repair) (cd "$c/demo" && install repair_cli.exe "$inf" "$@") ;;
+    hold) hold_library "$1" ;;
+    restart)
+        for pid in "${holders[@]}"; do kill "$pid" 2>/dev/null; wait "$pid" 2>/dev/null; done
+        holders=()
+        # Wine carries out the renames left for a restart when a session
+        # starts, so the restart ends this one before the next starts.
+        wineserver -k >/dev/null 2>&1; wineserver -w
+        in_prefix wineboot -r >/dev/null 2>&1 ;;
+    delete) rm "$(unix_path "$1")" ;;
+    wine) in_prefix "$@" >/dev/null 2>&1 ;;
+    report) local code=0; in_prefix 'C:\demo\tovrel-report.exe' "$@" 2>&1 | tr -d '\r' || code=$?; echo "exit $code" ;;
+    *) echo "snapshot: unknown step '$verb'" >&2; return 1 ;;
+    esac
+}
+
+# The parts of a transcript that differ by prefix and architecture.
+normalise() {
+    local args=(-e "s/\\\\users\\\\$(id -un)\\\\/\\\\users\\\\<user>\\\\/Ig"
+        -e 's/\\(w32x86|x64)\\/\\<envdir>\\/Ig' -e 's/Windows NT x86|Windows x64/<environment>/g')
+    local file
+    for file in $(printf '%s\n' "${built[@]}" | sort -u); do
+        args+=(-e "s/\\b$(stat -c %s "$bin/$file") bytes/<built size> bytes/g")
+    done
+    sed -E "${args[@]}"
+}
+
+transcript="$run/transcript"
+while IFS= read -r line || [ -n "$line" ]; do
+    case $line in '' | '#'*) continue ;; esac
+    echo "> $line"
+    eval "set -- $line"
+    run_step "$@" || echo "(step failed: $?)"
+done <"$scenario" >"$transcript.raw" 2>&1
+normalise <"$transcript.raw" >"$transcript"
+
+if [ "${TOVREL_SNAPSHOT_UPDATE:-0}" = 1 ]; then
+    cp "$transcript" "$expected" && echo "snapshot: wrote $expected"
+    exit 0
+fi
+diff -u --label "$expected" --label "this run ($TOVREL_WINE_ARCH)" "$expected" "$transcript"
