@@ -19,20 +19,14 @@ const char Wizard[] = "New Printer Wizard";
 // privilege was enabled in its token afterwards.
 const int Returned = 0x10, PrivilegeEnabled = 0x11;
 
-std::string Host(const std::string &arguments)
-{
-    return "\"" + BinaryDirectory() + "entry_host.exe\" RebootPrompt " + arguments;
-}
-
 // Under Wine a restart request starts wineboot, which asks the windows of
 // every process to end the session and then carries out what was left for
-// the next start. The tests wait for it: it would end this process too if it
+// the next start. The test waits for it: it would end this process too if it
 // found a window of ours.
 void WaitForWineboot()
 {
     std::vector<HANDLE> running;
     HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
-    ASSERT_NE(INVALID_HANDLE_VALUE, snapshot);
     PROCESSENTRY32 entry = {};
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32First(snapshot, &entry); more; more = Process32Next(snapshot, &entry))
@@ -46,63 +40,37 @@ void WaitForWineboot()
     }
 }
 
-// A rename left for the next start: the restart shows in whether it happened.
-struct CPendingRename {
-    CPendingRename()
-    {
-        std::string dir = ScratchDirectory();
-        From = dir + "before.txt";
-        To = dir + "after.txt";
-        WriteText(From, "renamed at restart");
-        EXPECT_TRUE(MoveFileExA(From.c_str(), To.c_str(), MOVEFILE_DELAY_UNTIL_REBOOT));
-    }
-    bool Done() const { return !PathExists(From) && ReadText(To) == "renamed at restart"; }
-    std::string From, To;
-};
-
-TEST(RebootPrompt, AnswerNoTouchesNothing)
+// The box, answered by a test thread; a rename left for the next start shows
+// whether a restart happened. Yes enables the shutdown privilege on NT only.
+void ExpectThePromptAndItsAnswers(bool nt)
 {
     const struct {
         const char *Arguments, *Caption, *Text;
+        int Answer, Exit;
     } cases[] = {
-        {"", Wizard, Question},
-        {"\"\" \"\"", Wizard, Question},
-        {"\"Acme Laser 2000\" \"Restart the machine?\"", "Acme Laser 2000", "Restart the machine?"},
-        {"- \"Restart the machine?\"", Wizard, "Restart the machine?"},
+        {"", Wizard, Question, IDNO, Returned},
+        {"\"\" \"\"", Wizard, Question, IDNO, Returned},
+        {"\"Acme Laser 2000\" \"Restart the machine?\"", "Acme Laser 2000", "Restart the machine?", IDNO, Returned},
+        {"- \"Restart the machine?\"", Wizard, "Restart the machine?", IDNO, Returned},
+        {"", Wizard, Question, IDYES, nt ? PrivilegeEnabled : Returned},
     };
-    CPendingRename rename;
     for (const auto &c : cases) {
-        std::future<CSeenBox> answer = AnswerBoxLater(c.Caption, IDNO);
-        EXPECT_EQ(Returned, RunCollectingDebugOutput(Host(c.Arguments), nullptr)) << c.Arguments;
+        const std::string dir = ScratchDirectory(), from = dir + "before.txt", to = dir + "after.txt";
+        WriteText(from, "renamed at restart");
+        ASSERT_TRUE(MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_DELAY_UNTIL_REBOOT));
+        std::future<CSeenBox> answer = AnswerBoxLater(c.Caption, c.Answer);
+        EXPECT_EQ(c.Exit, RunProcess("\"" + BinaryDirectory() + "entry_host.exe\" RebootPrompt " + c.Arguments))
+            << c.Arguments << ": the caller survives";
         CSeenBox box = answer.get();
         ASSERT_TRUE(box.Found) << c.Arguments;
         EXPECT_EQ(c.Text, box.Text) << c.Arguments;
-        ASSERT_EQ(2u, box.Buttons.size()) << c.Arguments;
-        EXPECT_EQ("&Yes", box.Buttons[0]);
-        EXPECT_EQ("&No", box.Buttons[1]);
+        EXPECT_EQ((std::vector<std::string>{"&Yes", "&No"}), box.Buttons) << c.Arguments;
+        WaitForWineboot();
+        EXPECT_EQ(c.Answer == IDYES, ReadText(to) == "renamed at restart") << c.Arguments;
     }
-    WaitForWineboot();
-    EXPECT_FALSE(rename.Done()) << "no restart was asked for";
 }
 
-TEST(RebootPrompt, AnswerYesEnablesTheShutdownPrivilegeAndAsksForTheRestart)
-{
-    CPendingRename rename;
-    std::future<CSeenBox> answer = AnswerBoxLater(Wizard, IDYES);
-    EXPECT_EQ(PrivilegeEnabled, RunCollectingDebugOutput(Host(""), nullptr)) << "the caller survives";
-    EXPECT_TRUE(answer.get().Found);
-    WaitForWineboot();
-    EXPECT_TRUE(rename.Done()) << "the restart carried out the pending rename";
-}
-
-TEST(RebootPrompt, AnswerYesOnWin98LeavesThePrivilegeAlone)
-{
-    CPendingRename rename;
-    std::future<CSeenBox> answer = AnswerBoxLater(Wizard, IDYES);
-    EXPECT_EQ(Returned, RunCollectingDebugOutput(Host(""), nullptr));
-    EXPECT_TRUE(answer.get().Found);
-    WaitForWineboot();
-    EXPECT_TRUE(rename.Done()) << "the restart carried out the pending rename";
-}
+TEST(RebootPrompt, AnswersOnNt) { ExpectThePromptAndItsAnswers(true); }
+TEST(RebootPromptWin98, AnswersOn9x) { ExpectThePromptAndItsAnswers(false); }
 
 }  // namespace

@@ -2,8 +2,6 @@
 
 #include <string>
 
-#include "debug_output.h"
-#include "registry_support.h"
 #include "test_support.h"
 
 namespace {
@@ -26,49 +24,46 @@ std::string CurrentDirectory()
 TEST(VendorInstaller, ClearsConfigFlagsAndMovesToTheWorkingDirectory)
 {
     HMODULE module = LoadLibraryA((BinaryDirectory() + "tovrel.dll").c_str());
-    ASSERT_NE((HMODULE)NULL, module);
     RunDllProc entry =
         reinterpret_cast<RunDllProc>(reinterpret_cast<void *>(GetProcAddress(module, "VendorInstaller")));
     ASSERT_NE(nullptr, entry);
-    CreateDirectoryA("C:\\tovrel vendor work", NULL);
-    const std::string longModel = "Acme" + std::string(255, 'x');
-    WriteText("C:\\tovrel vendor work\\long.inf", "[Version]\r\nClass=Printer\r\n[Manufacturer]\r\nAcme=Models\r\n"
-                                                  "[Models]\r\n%M%=Inst\r\n[Strings]\r\nM=" + longModel + "\r\n");
+    const std::string work = "C:\\tovrel vendor work", longModel = "Acme" + std::string(255, 'x');
+    CreateDirectoryA(work.c_str(), NULL);
+    WriteText(work + "\\long.inf", "[Version]\r\nClass=Printer\r\n[Manufacturer]\r\nAcme=Models\r\n"
+                                   "[Models]\r\n%M%=Inst\r\n[Strings]\r\nM=" + longModel + "\r\n");
     const struct {
         bool Device;
-        const char *Text, *Directory;  // null: the directory stays
+        std::string Text, Directory;  // Directory empty: it stays
         std::string Description;
         bool OpensInf;
     } cases[] = {
-        {true, "SYSTEM\\TovrelTestDevice C:\\tovrel vendor work", "C:\\tovrel vendor work", "ACME LASER 2000", false},
-        {true, "SYSTEM\\TovrelTestDevice", nullptr, "ACME LASER 2000", false},
-        {false, "SYSTEM\\TovrelTestDevice C:\\", "C:\\", "", false},
-        {true, "SYSTEM\\TovrelTestDevice C:\\tovrel vendor work", "C:\\tovrel vendor work", longModel, true},
+        {true, std::string(DeviceKey) + " " + work, work, "ACME LASER 2000", false},
+        {true, DeviceKey, "", "ACME LASER 2000", false},
+        {false, std::string(DeviceKey) + " C:\\", "C:\\", "", false},
+        {true, std::string(DeviceKey) + " " + work, work, longModel, true},
     };
     for (const auto &c : cases) {
-        RegDeleteKeyA(HKEY_LOCAL_MACHINE, DeviceKey);
-        if (c.Device) {
-            HKEY key = NULL;
-            ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExA(HKEY_LOCAL_MACHINE, DeviceKey, 0, NULL, 0, KEY_ALL_ACCESS,
-                                                     NULL, &key, NULL));
-            const DWORD flags = 0x400;
+        DeleteKeyTree(HKEY_LOCAL_MACHINE, DeviceKey);
+        HKEY key = NULL;
+        const DWORD flags = 0x400;
+        if (c.Device && RegCreateKeyA(HKEY_LOCAL_MACHINE, DeviceKey, &key) == ERROR_SUCCESS) {
             RegSetValueExA(key, "DeviceDesc", 0, REG_SZ, reinterpret_cast<const BYTE *>(c.Description.c_str()),
                            static_cast<DWORD>(c.Description.size() + 1));
             RegSetValueExA(key, "Manufacturer", 0, REG_SZ, reinterpret_cast<const BYTE *>("ACME"), 5);
             RegSetValueExA(key, "ConfigFlags", 0, REG_DWORD, reinterpret_cast<const BYTE *>(&flags), sizeof flags);
             RegCloseKey(key);
         }
-        std::string before = CurrentDirectory();
+        const std::string before = CurrentDirectory();
         CDebugOutputCapture capture;
-        entry(NULL, NULL, c.Text, 1);
+        entry(NULL, NULL, c.Text.c_str(), 1);
         EXPECT_EQ(c.OpensInf, capture.Text().find("CPrinterInf::Open,failure") != std::string::npos) << c.Text;
-        EXPECT_EQ(c.Directory ? c.Directory : before, CurrentDirectory()) << c.Text;
-        CStoredValue flags = ReadStoredValue(HKEY_LOCAL_MACHINE, DeviceKey, "ConfigFlags");
-        EXPECT_EQ(c.Device ? DWORD(REG_BINARY) : 0u, flags.Type) << c.Text;
-        EXPECT_EQ(c.Device ? std::string(4, '\0') : "", flags.Data) << c.Text;
+        EXPECT_EQ(c.Directory.empty() ? before : c.Directory, CurrentDirectory()) << c.Text;
+        CStoredValue stored = ReadStoredValue(HKEY_LOCAL_MACHINE, DeviceKey, "ConfigFlags");
+        EXPECT_EQ(c.Device ? DWORD(REG_BINARY) : 0u, stored.Type) << c.Text;
+        EXPECT_EQ(c.Device ? std::string(4, '\0') : "", stored.Data) << c.Text;
         EXPECT_EQ(c.Device, KeyExists(HKEY_LOCAL_MACHINE, DeviceKey)) << "a missing key is not created";
     }
-    RegDeleteKeyA(HKEY_LOCAL_MACHINE, DeviceKey);
+    DeleteKeyTree(HKEY_LOCAL_MACHINE, DeviceKey);
     FreeLibrary(module);
 }
 

@@ -166,40 +166,37 @@ TEST(FileSpecResolveWin98, IdentifiersMatchThePlatform) { ExpectIdentifiersAsThe
 
 TEST(FileSpecResolve, TempFilesAndDirectoriesAreNewEachTime)
 {
-    CFileSpec first, second;
-    std::string a = first.ResolveFullPath(FileSpecTempFile), b = second.ResolveFullPath(FileSpecTempFile);
-    EXPECT_NE(a, b);
-    EXPECT_EQ(TempDir() + "~~", a.substr(0, TempDir().size() + 2));
-    EXPECT_EQ(1, first.FileExists());
-    EXPECT_EQ("", ReadText(a));
-    DeleteFileA(a.c_str());
-    DeleteFileA(b.c_str());
-
-    a = first.ResolveFullPath(FileSpecTempDirectory);
-    b = second.ResolveFullPath(FileSpecTempDirectory);
-    EXPECT_NE(a, b);
-    for (const std::string &dir : {a, b}) {
-        EXPECT_EQ(TempDir(), dir.substr(0, TempDir().size())) << dir;
-        EXPECT_EQ(1, IsDirectory(dir.c_str())) << dir;
-        RemoveDirectoryA(dir.c_str());
+    for (int id : {FileSpecTempFile, FileSpecTempDirectory}) {
+        CFileSpec first, second;
+        std::string a = first.ResolveFullPath(id), b = second.ResolveFullPath(id);
+        EXPECT_NE(a, b) << id;
+        EXPECT_EQ(TempDir(), a.substr(0, TempDir().size())) << id;
+        EXPECT_EQ(id == FileSpecTempDirectory, IsDirectory(a.c_str()) == 1) << a;
+        EXPECT_TRUE(PathExists(a) && PathExists(b)) << a;
+        for (const std::string &path : {a, b})
+            DeleteFileA(path.c_str()) || RemoveDirectoryA(path.c_str());
     }
 }
 
-TEST(FileSpecText, SetPathRepairsThenCuts)
+TEST(FileSpecText, SetPathRepairsAppendDirectoryExtends)
 {
     static const struct {
-        const char *Path, *Drive, *Directory, *Name, *Extension;
+        const char *Path, *Sub, *Expected;  // Sub null: no AppendDirectory
     } cases[] = {
-        {"C:\\a\\archive.tar.gz", "C:", "\\a\\", "archive.tar", ".gz"},
-        {"sub/what?.txt", "", "", "sub_what_", ".txt"},
-        {"a<b>|\".x", "", "", "a_b___", ".x"},
+        {"sub/what?.txt", nullptr, "sub_what_.txt"},
+        {"a<b>|\".x", nullptr, "a_b___.x"},
+        {"C:\\base\\f.x", "\\sub", "C:\\base\\sub\\f.x"},
+        {"C:\\base\\f.x", "Maker*Model:1", "C:\\base\\Maker_Model:1\\f.x"},
+        {"C:\\base\\f.x", "", "C:\\base\\f.x"},
+        {"C:f.x", "rel", "C:\\rel\\f.x"},
     };
     for (const auto &c : cases) {
         CFileSpec spec;
         spec.Resolve(0);
         spec.SetPath(c.Path);
-        EXPECT_EQ(std::string(c.Drive) + "|" + c.Directory + "|" + c.Name + "|" + c.Extension,
-                  std::string(spec.Drive) + "|" + spec.Directory + "|" + spec.Name + "|" + spec.Extension);
+        if (c.Sub)
+            spec.AppendDirectory(c.Sub);
+        EXPECT_STREQ(c.Expected, spec.FullPath()) << c.Path;
     }
     CFileSpec spec, same;
     spec.Resolve(0);
@@ -210,84 +207,38 @@ TEST(FileSpecText, SetPathRepairsThenCuts)
     same.Resolve(0);
     same.SetPath("d:\\TARGET\\New.Name.DRV");
     EXPECT_TRUE(spec == same);
-
-    static const struct {
-        const char *Directory, *Sub, *Expected;
-    } appends[] = {
-        {"\\base", "\\sub", "C:\\base\\sub\\f.x"},
-        {"\\base\\", "Maker*Model:1", "C:\\base\\Maker_Model:1\\f.x"},
-        {"\\base", nullptr, "C:\\base\\f.x"},
-        {"", "rel", "C:\\rel\\f.x"},
-    };
-    for (const auto &c : appends) {
-        spec.SetPath("C:f.x");
-        std::strcpy(spec.Directory, c.Directory);
-        spec.AppendDirectory(c.Sub);
-        EXPECT_STREQ(c.Expected, spec.FullPath()) << c.Directory;
-    }
 }
 
-TEST(FileSpecFiles, ExistenceChecks)
-{
-    std::string dir = ScratchDirectory(), before = CurrentDir();
-    WriteText(dir + "present.txt", "x");
-    CFileSpec spec;
-    spec.Resolve(0);
-    spec.SetPath(dir.c_str());
-    EXPECT_EQ(0, spec.FileExists()) << "a directory is not a file";
-    EXPECT_EQ(1, spec.DirectoryExists());
-    EXPECT_EQ(1, IsDirectory(dir.c_str()));
-    EXPECT_EQ(0, IsDirectory((dir + "present.txt").c_str()));
-    EXPECT_EQ(0, IsDirectory((dir + "missing").c_str()));
-    EXPECT_EQ(before, CurrentDir());
-
-    // An open that asks for no access passes the sharing check, so a busy
-    // file still counts as present.
-    HANDLE held = CreateFileA((dir + "present.txt").c_str(), GENERIC_READ | GENERIC_WRITE, 0, NULL, OPEN_EXISTING, 0, NULL);
-    spec.SetPath((dir + "present.txt").c_str());
-    EXPECT_EQ(1, spec.FileExists());
-    CloseHandle(held);
-    spec.SetFileName("absent.txt");
-    EXPECT_EQ(0, spec.FileExists());
-}
-
+// The web directory drops one trailing star; the type is not looked at:
+// plain text is expanded too, a list is used unchanged. A value or an
+// expansion past 259 characters is a failed read (the bare backslash); one
+// whose closing backslash does not fit is refused.
 TEST(FileSpecRegistry, WebDirectoryAndDevicePath)
 {
-    std::string winweb = Registry(SafeSites, "winweb"), devicePath = Registry(VersionKey, "DevicePath");
-    char out[MAX_PATH];
-    Registry(SafeSites, "winweb", "C:\\web\\site**");
-    ASSERT_EQ(1, WebDirectory(out));
-    EXPECT_STREQ("C:\\web\\site*\\", out) << "only one star goes";
-    Registry(SafeSites, "winweb", "%SystemRoot%\\Webs\\*", REG_EXPAND_SZ);
-    ASSERT_EQ(1, WebDirectory(out));
-    EXPECT_EQ(WindowsDir() + "Webs\\", out);
-    Registry(SafeSites, "winweb", nullptr);
-    ASSERT_EQ(1, WebDirectory(out));
-    EXPECT_EQ(WindowsDir() + "Web\\", out);
-
-    // The type is not looked at: plain text is expanded too; a list is used
-    // unchanged. A value or an expansion past 259 characters is a failed read
-    // (the bare backslash); one whose closing backslash does not fit is refused.
+    const std::string winweb = Registry(SafeSites, "winweb"), devicePath = Registry(VersionKey, "DevicePath");
     SetEnvironmentVariableA("TOVREL_LONG", std::string(200, 'v').c_str());
     const struct {
-        std::string Value, Expected;
-    } devicePaths[] = {
-        {"%SystemRoot%\\inf;C:\\more", WindowsDir() + "inf;C:\\more\\"},
-        {std::string(300, 'p'), "\\"},
-        {"%TOVREL_LONG%\\%TOVREL_LONG%", "\\"},
-        {"C:\\" + std::string(57, 'p') + "%TOVREL_LONG%", "\\"},  // 260 once expanded
-        {"C:\\" + std::string(56, 'p') + "%TOVREL_LONG%", ""},    // 259: the backslash does not fit
+        const char *Key, *Value;
+        std::string Data;  // empty: the value deleted
+        DWORD Type;
+        int Id;
+        std::string Expected;
+    } cases[] = {
+        {SafeSites, "winweb", "C:\\web\\site**", REG_SZ, FileSpecWeb, "C:\\web\\site_\\"},  // one star goes
+        {SafeSites, "winweb", "%SystemRoot%\\Webs\\*", REG_EXPAND_SZ, FileSpecWeb, WindowsDir() + "Webs\\"},
+        {SafeSites, "winweb", "", REG_SZ, FileSpecWeb, WindowsDir() + "Web\\"},
+        {VersionKey, "DevicePath", "%SystemRoot%\\inf;C:\\more", REG_SZ, FileSpecDevicePath, WindowsDir() + "inf;C:\\more\\"},
+        {VersionKey, "DevicePath", std::string(300, 'p'), REG_SZ, FileSpecDevicePath, "\\"},
+        {VersionKey, "DevicePath", "%TOVREL_LONG%\\%TOVREL_LONG%", REG_SZ, FileSpecDevicePath, "\\"},
+        {VersionKey, "DevicePath", "C:\\" + std::string(57, 'p') + "%TOVREL_LONG%", REG_SZ, FileSpecDevicePath, "\\"},  // 260
+        {VersionKey, "DevicePath", "C:\\" + std::string(56, 'p') + "%TOVREL_LONG%", REG_SZ, FileSpecDevicePath, ""},  // 259
+        {VersionKey, "DevicePath", "", REG_SZ, FileSpecDevicePath, "\\"},
     };
-    CFileSpec spec;
-    for (const auto &c : devicePaths) {
-        Registry(VersionKey, "DevicePath", c.Value.c_str());
-        EXPECT_EQ(c.Expected, spec.ResolveFullPath(FileSpecDevicePath)) << c.Value;
+    for (const auto &c : cases) {
+        Registry(c.Key, c.Value, c.Data.empty() ? nullptr : c.Data.c_str(), c.Type);
+        CFileSpec spec;
+        EXPECT_EQ(c.Expected, spec.ResolveFullPath(c.Id)) << c.Data;
     }
-    Registry(VersionKey, "DevicePath", nullptr);
-    spec.Resolve(FileSpecDevicePath);
-    EXPECT_STREQ("\\", spec.Directory);
-    EXPECT_STREQ("\\", spec.FullPath());
-
     Registry(SafeSites, "winweb", winweb.empty() ? nullptr : winweb.c_str());
     Registry(VersionKey, "DevicePath", devicePath.empty() ? nullptr : devicePath.c_str(), REG_EXPAND_SZ);
 }

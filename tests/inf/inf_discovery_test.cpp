@@ -98,26 +98,6 @@ void AddPrinterWithDataFile(const char *printer, const char *model, const std::s
     ASSERT_TRUE(added.IsValid()) << GetLastError();
 }
 
-TEST(InstalledPrinter, ReadsPrinterAndDriverAndKeepsTheHandle)
-{
-    AddPrinterWithDataFile("Tovrel Snapshot", "Tovrel Snapshot Model", ScratchDirectory() + "snap.ppd");
-    CInstalledPrinter printer("Tovrel Snapshot");
-    EXPECT_TRUE(printer.PrinterHandle.IsValid());
-    EXPECT_STREQ("Tovrel Snapshot Model", printer.GetDriverName());
-    EXPECT_STREQ("FILE:", printer.PortName.Text);
-    EXPECT_STREQ("winprint", printer.PrintProcessor.Text);
-    EXPECT_STREQ("Tovrel Snapshot Model", printer.DriverInfoName.Text);
-    EXPECT_EQ(3u, printer.DriverVersion);
-    EXPECT_NE(nullptr, std::strstr(printer.DataFile.Text, "snap.ppd")) << printer.DataFile.Text;
-    printer.Close();
-    EXPECT_FALSE(printer.PrinterHandle.IsValid());
-
-    CInstalledPrinter missing;
-    EXPECT_FALSE(missing.Read("Tovrel No Such Printer"));
-    EXPECT_NE(0u, missing.LastError);
-    EXPECT_FALSE(missing.PrinterHandle.IsValid());
-}
-
 std::string CurrentDirectory()
 {
     char current[MAX_PATH];
@@ -234,14 +214,6 @@ TEST_F(FindInfTest, AnExistingPrinterNamesItsModelAndItsInf)
     EXPECT_STRCASEEQ((Root + "current\\one.inf").c_str(), Inf);
     EXPECT_STREQ("Else", Manufacturer);
     EXPECT_STREQ("Tovrel Home Model", Model);
-}
-
-TEST(ReadDeviceKey, NineXFamilyOnly)
-{
-    char out[6][MAX_PATH] = {"untouched"};
-    EXPECT_EQ(0, CPrinterInf::ReadDeviceKey(CBoundedString("Enum\\LPTENUM\\X\\Y"), out[0], out[1], out[2], out[3],
-                                            out[4], out[5]));
-    EXPECT_STREQ("untouched", out[0]);
 }
 
 TEST(ReadDeviceKeyWin98, ValuesAndThePortOfTheInstance)

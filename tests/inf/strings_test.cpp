@@ -125,33 +125,13 @@ TEST_F(Strings, GetValue)
     }
 }
 
-TEST_F(Strings, NamesAndValuesOfAnyLength)
-{
-    std::string longName(5000, 'k');
-    std::string token = "%" + std::string(400, 'n') + "%";
-    char out[260] = "keep";
-    EXPECT_EQ(0, Inf.GetValue(longName.c_str(), longName.c_str(), out, longName.c_str()));
-    EXPECT_EQ(259u, strlen(out));
-    EXPECT_EQ(0, Inf.ExpandToken(token.c_str(), out, Path.c_str()));
-    EXPECT_EQ(259u, strlen(out));
-
-    std::string path = ScratchDirectory() + "long.inf";
-    WriteText(path, "[Strings]\r\nLong=" + std::string(300, 'v') + "\r\n[S]\r\nk=%Long%\r\n");
-    CInfFile inf, unloaded;
-    ASSERT_EQ(1, inf.Load(path.c_str()));
-    EXPECT_EQ(1, inf.GetValue("S", "k", out, ""));
-    EXPECT_EQ(std::string(259, 'v'), out);
-    EXPECT_EQ(259, unloaded.ExpandToken("%Long%", out, path.c_str()));
-    EXPECT_EQ(std::string(259, 'v'), out);
-}
-
 TEST(StringsWide, ASixteenBitFileIsEmptyToTheStoreButReadByTheProfileCalls)
 {
     std::string path = ScratchDirectory() + "wide.inf";
     std::string bytes("\xff\xfe", 2);
     for (const char *p = "[Strings]\r\nName=Wide\r\n[S]\r\nk=%Name%\r\n"; *p; ++p)
         bytes += std::string(1, *p) + '\0';
-    WriteBytes(path, bytes.data(), bytes.size());
+    WriteText(path, bytes);
     CInfFile inf;
     inf.Load(path.c_str());
     char out[260] = "keep";

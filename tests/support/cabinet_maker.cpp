@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <type_traits>
 
 namespace {
 
@@ -35,87 +36,28 @@ void NameMember(const CCabinetSetPlan &plan, int index, CCAB *ccab)
         ccab->szDisk[0] = 0;
 }
 
-FNFCIALLOC(MakerAlloc)
-{
-    return HeapAlloc(GetProcessHeap(), 0, cb);
-}
-
-FNFCIFREE(MakerFree)
-{
-    HeapFree(GetProcessHeap(), 0, memory);
-}
-
-FNFCIOPEN(MakerOpen)
-{
-    int handle = _open(pszFile, oflag, pmode);
-    if (handle == -1)
-        *err = errno;
-    return handle;
-}
-
-FNFCIREAD(MakerRead)
-{
-    int result = _read(static_cast<int>(hf), memory, cb);
-    if (result == -1)
-        *err = errno;
-    return static_cast<UINT>(result);
-}
-
-FNFCIWRITE(MakerWrite)
-{
-    int result = _write(static_cast<int>(hf), memory, cb);
-    if (result == -1)
-        *err = errno;
-    return static_cast<UINT>(result);
-}
-
-FNFCICLOSE(MakerClose)
-{
-    int result = _close(static_cast<int>(hf));
-    if (result == -1)
-        *err = errno;
-    return result;
-}
-
-FNFCISEEK(MakerSeek)
-{
-    long result = _lseek(static_cast<int>(hf), dist, seektype);
-    if (result == -1)
-        *err = errno;
-    return result;
-}
-
-FNFCIDELETE(MakerDelete)
-{
-    if (!DeleteFileA(pszFile)) {
-        *err = EACCES;
-        return -1;
-    }
-    return 0;
-}
+// The runtime's file calls, each noting errno for FCI.
+FNFCIALLOC(MakerAlloc) { return HeapAlloc(GetProcessHeap(), 0, cb); }
+FNFCIFREE(MakerFree) { HeapFree(GetProcessHeap(), 0, memory); }
+template <typename T> T Noted(T result, int *err) { if (result == static_cast<T>(-1)) *err = errno; return result; }
+FNFCIOPEN(MakerOpen) { return Noted(_open(pszFile, oflag, pmode), err); }
+FNFCIREAD(MakerRead) { return static_cast<UINT>(Noted(_read(static_cast<int>(hf), memory, cb), err)); }
+FNFCIWRITE(MakerWrite) { return static_cast<UINT>(Noted(_write(static_cast<int>(hf), memory, cb), err)); }
+FNFCICLOSE(MakerClose) { return Noted(_close(static_cast<int>(hf)), err); }
+FNFCISEEK(MakerSeek) { return Noted(_lseek(static_cast<int>(hf), dist, seektype), err); }
+FNFCIDELETE(MakerDelete) { return DeleteFileA(pszFile) ? 0 : (*err = EACCES, -1); }
+FNFCIFILEPLACED(MakerFilePlaced) { return 0; }
+FNFCISTATUS(MakerStatus) { return 0; }
 
 FNFCIGETTEMPFILE(MakerTempFile)
 {
-    char directory[MAX_PATH];
-    char name[MAX_PATH];
+    char directory[MAX_PATH], name[MAX_PATH];
     GetTempPathA(MAX_PATH, directory);
-    if (!GetTempFileNameA(directory, "fci", 0, name))
+    if (!GetTempFileNameA(directory, "fci", 0, name) || static_cast<int>(strlen(name)) >= cbTempName)
         return FALSE;
     DeleteFileA(name);
-    if (static_cast<int>(strlen(name)) >= cbTempName)
-        return FALSE;
     strcpy(pszTempName, name);
     return TRUE;
-}
-
-FNFCIFILEPLACED(MakerFilePlaced)
-{
-    return 0;
-}
-
-FNFCISTATUS(MakerStatus)
-{
-    return 0;
 }
 
 FNFCIGETNEXTCABINET(MakerNextCabinet)
@@ -169,15 +111,20 @@ std::vector<std::string> MakeCabinetSet(const CCabinetSetPlan &plan, const std::
 {
     std::vector<std::string> members;
     HMODULE library = LoadLibraryA("cabinet.dll");
-    if (!library)
-        return members;
-    FciCreateProc create = reinterpret_cast<FciCreateProc>(reinterpret_cast<void *>(GetProcAddress(library, "FCICreate")));
-    FciAddFileProc addFile = reinterpret_cast<FciAddFileProc>(reinterpret_cast<void *>(GetProcAddress(library, "FCIAddFile")));
-    FciFlushCabinetProc flushCabinet = reinterpret_cast<FciFlushCabinetProc>(reinterpret_cast<void *>(GetProcAddress(library, "FCIFlushCabinet")));
-    FciFlushFolderProc flushFolder = reinterpret_cast<FciFlushFolderProc>(reinterpret_cast<void *>(GetProcAddress(library, "FCIFlushFolder")));
-    FciDestroyProc destroy = reinterpret_cast<FciDestroyProc>(reinterpret_cast<void *>(GetProcAddress(library, "FCIDestroy")));
-    if (!create || !addFile || !flushCabinet || !flushFolder || !destroy) {
-        FreeLibrary(library);
+    auto bind = [library](auto &proc, const char *name) {
+        proc = reinterpret_cast<std::remove_reference_t<decltype(proc)>>(
+            reinterpret_cast<void *>(GetProcAddress(library, name)));
+        return proc != nullptr;
+    };
+    FciCreateProc create;
+    FciAddFileProc addFile;
+    FciFlushCabinetProc flushCabinet;
+    FciFlushFolderProc flushFolder;
+    FciDestroyProc destroy;
+    if (!library || !bind(create, "FCICreate") || !bind(addFile, "FCIAddFile") ||
+        !bind(flushCabinet, "FCIFlushCabinet") || !bind(flushFolder, "FCIFlushFolder") || !bind(destroy, "FCIDestroy")) {
+        if (library)
+            FreeLibrary(library);
         return members;
     }
 

@@ -1,12 +1,18 @@
 #include "test_support.h"
 
 #include <gtest/gtest.h>
+#include <shlwapi.h>
 
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <sstream>
 
 #include "entry/printer_inf.h"
+
+#ifndef DBG_PRINTEXCEPTION_C
+#define DBG_PRINTEXCEPTION_C 0x40010006
+#endif
 
 namespace {
 
@@ -14,38 +20,27 @@ namespace {
 // unbuffered, the log shows how far it got.
 const int UnbufferedOutput = (std::setvbuf(stdout, NULL, _IONBF, 0), 0);
 
-std::string UnixToWine(const char *unixPath)
-{
-    std::string path = std::string("Z:") + unixPath;
-    for (char &c : path)
-        if (c == '/')
-            c = '\\';
-    return path;
-}
+CDebugOutputCapture *ActiveCapture;
 
 }  // namespace
 
 void DeleteTree(const std::string &path)
 {
-    std::string base = path;
-    if (!base.empty() && base.back() == '\\')
-        base.pop_back();
+    std::string base = path.back() == '\\' ? path.substr(0, path.size() - 1) : path;
     WIN32_FIND_DATAA found;
     HANDLE find = FindFirstFileA((base + "\\*").c_str(), &found);
-    if (find != INVALID_HANDLE_VALUE) {
-        do {
-            std::string name = found.cFileName;
-            if (name == "." || name == "..")
-                continue;
-            std::string child = base + "\\" + name;
-            SetFileAttributesA(child.c_str(), FILE_ATTRIBUTE_NORMAL);
-            if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
-                DeleteTree(child);
-            else
-                DeleteFileA(child.c_str());
-        } while (FindNextFileA(find, &found));
-        FindClose(find);
+    for (BOOL more = find != INVALID_HANDLE_VALUE; more; more = FindNextFileA(find, &found)) {
+        std::string name = found.cFileName, child = base + "\\" + name;
+        if (name == "." || name == "..")
+            continue;
+        SetFileAttributesA(child.c_str(), FILE_ATTRIBUTE_NORMAL);
+        if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+            DeleteTree(child);
+        else
+            DeleteFileA(child.c_str());
     }
+    if (find != INVALID_HANDLE_VALUE)
+        FindClose(find);
     RemoveDirectoryA(base.c_str());
 }
 
@@ -53,9 +48,6 @@ std::string ScratchDirectory()
 {
     const ::testing::TestInfo *info = ::testing::UnitTest::GetInstance()->current_test_info();
     std::string name = info ? std::string(info->test_suite_name()) + "." + info->name() : "global";
-    for (char &c : name)
-        if (c == '/')
-            c = '_';
     CreateDirectoryA("C:\\tovrel-tests", NULL);
     std::string path = "C:\\tovrel-tests\\" + name;
     DeleteTree(path);
@@ -63,19 +55,11 @@ std::string ScratchDirectory()
     return path + "\\";
 }
 
-void WriteBytes(const std::string &path, const void *data, size_t size)
+void WriteText(const std::string &path, const std::string &bytes)
 {
-    HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, 0, NULL, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, NULL);
-    ASSERT_NE(file, INVALID_HANDLE_VALUE) << path;
-    DWORD written = 0;
-    BOOL ok = size ? WriteFile(file, data, static_cast<DWORD>(size), &written, NULL) : TRUE;
-    CloseHandle(file);
-    ASSERT_TRUE(ok && written == size) << path;
-}
-
-void WriteText(const std::string &path, const std::string &text)
-{
-    WriteBytes(path, text.data(), text.size());
+    std::ofstream out(path.c_str(), std::ios::binary | std::ios::trunc);
+    out << bytes;
+    ASSERT_TRUE(out.good()) << path;
 }
 
 std::string ReadText(const std::string &path)
@@ -91,15 +75,6 @@ bool PathExists(const std::string &path)
     return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-std::string FixturePath(const std::string &relative)
-{
-    std::string path = UnixToWine(TOVREL_SOURCE_DIR "/tests/fixtures/") + relative;
-    for (char &c : path)
-        if (c == '/')
-            c = '\\';
-    return path;
-}
-
 std::string BinaryDirectory()
 {
     char path[MAX_PATH] = {0};
@@ -113,4 +88,89 @@ void LoadModelInf(CPrinterInf &printer, const std::string &path, const std::stri
     WriteText(path, "[Version]\r\nClass=Printer\r\n" + sections);
     EXPECT_TRUE(printer.Load(path.c_str()));
     printer.Model = CBoundedString("Acme Laser");
+}
+
+CStoredValue ReadStoredValue(HKEY root, const std::string &key, const char *name)
+{
+    CStoredValue value;
+    HKEY handle;
+    char bytes[8192];
+    DWORD size = sizeof bytes;
+    if (RegOpenKeyExA(root, key.c_str(), 0, KEY_READ, &handle) != ERROR_SUCCESS)
+        return value;
+    if (RegQueryValueExA(handle, name, NULL, &value.Type, reinterpret_cast<BYTE *>(bytes), &size) == ERROR_SUCCESS)
+        value = {true, value.Type, std::string(bytes, size)};
+    RegCloseKey(handle);
+    return value;
+}
+
+std::vector<std::string> StoredValueNames(HKEY root, const std::string &key)
+{
+    std::vector<std::string> names;
+    HKEY handle;
+    if (RegOpenKeyExA(root, key.c_str(), 0, KEY_READ, &handle) != ERROR_SUCCESS)
+        return names;
+    char name[16384];
+    for (DWORD i = 0, length = sizeof name; RegEnumValueA(handle, i, name, &length, 0, 0, 0, 0) == ERROR_SUCCESS;
+         ++i, length = sizeof name)
+        names.push_back(std::string(name, length));
+    RegCloseKey(handle);
+    return names;
+}
+
+bool KeyExists(HKEY root, const std::string &key)
+{
+    HKEY handle;
+    if (RegOpenKeyExA(root, key.c_str(), 0, KEY_READ, &handle) != ERROR_SUCCESS)
+        return false;
+    RegCloseKey(handle);
+    return true;
+}
+
+void DeleteKeyTree(HKEY root, const std::string &key)
+{
+    SHDeleteKeyA(root, key.c_str());
+}
+
+int RunProcess(const std::string &commandLine)
+{
+    STARTUPINFOA startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process = {};
+    std::string command = commandLine;
+    if (!CreateProcessA(NULL, &command[0], NULL, NULL, FALSE, 0, NULL, NULL, &startup, &process))
+        return -1;
+    DWORD code = static_cast<DWORD>(-1);
+    if (WaitForSingleObject(process.hProcess, 120000) == WAIT_OBJECT_0)
+        GetExitCodeProcess(process.hProcess, &code);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return static_cast<int>(code);
+}
+
+// Wine raises DBG_PRINTEXCEPTION_C for each OutputDebugStringA, with the
+// length (NUL counted) and the text; a vectored handler sees it first and
+// lets it go on, so the caller notices nothing.
+LONG CALLBACK CDebugOutputCapture::OnException(EXCEPTION_POINTERS *pointers)
+{
+    const EXCEPTION_RECORD *record = pointers->ExceptionRecord;
+    if (record->ExceptionCode == DBG_PRINTEXCEPTION_C && record->NumberParameters >= 2 && ActiveCapture) {
+        const char *text = reinterpret_cast<const char *>(record->ExceptionInformation[1]);
+        size_t length = static_cast<size_t>(record->ExceptionInformation[0]);
+        if (text)
+            ActiveCapture->Captured.append(text, strnlen(text, length));
+    }
+    return EXCEPTION_CONTINUE_SEARCH;
+}
+
+CDebugOutputCapture::CDebugOutputCapture() : Handler(AddVectoredExceptionHandler(1, OnException))
+{
+    EXPECT_NE(nullptr, Handler);
+    ActiveCapture = this;
+}
+
+CDebugOutputCapture::~CDebugOutputCapture()
+{
+    ActiveCapture = nullptr;
+    RemoveVectoredExceptionHandler(Handler);
 }

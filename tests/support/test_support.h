@@ -1,20 +1,22 @@
 // Helpers for the Windows test programs: scratch directories inside the test
-// prefix, files written and read back, the paths of fixtures and built files.
+// prefix, files and registry values written and read back, programs run.
 #ifndef TOVREL_TESTS_TEST_SUPPORT_H
 #define TOVREL_TESTS_TEST_SUPPORT_H
 
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 // A fresh, empty directory for the running test, ending in a backslash.
 std::string ScratchDirectory();
-
-void WriteBytes(const std::string &path, const void *data, size_t size);
-void WriteText(const std::string &path, const std::string &text);
+void WriteText(const std::string &path, const std::string &bytes);
 std::string ReadText(const std::string &path);
 bool PathExists(const std::string &path);
 void DeleteTree(const std::string &path);
+// The directory of the running test program, where the build puts tovrel.dll
+// and the fixture binaries; ends in a backslash.
+std::string BinaryDirectory();
 
 class CPrinterInf;
 // Writes a printer INF of the given sections behind its [Version] to path and
@@ -22,10 +24,33 @@ class CPrinterInf;
 // by the time the stages run.
 void LoadModelInf(CPrinterInf &printer, const std::string &path, const std::string &sections);
 
-// A file under tests/fixtures of the source tree, as Wine sees it.
-std::string FixturePath(const std::string &relative);
-// The directory of the running test program, where the build puts tovrel.dll
-// and the fixture binaries; ends in a backslash.
-std::string BinaryDirectory();
+struct CStoredValue {
+    bool Exists = false;
+    DWORD Type = 0;
+    std::string Data;  // the stored bytes, NULs included
+};
+CStoredValue ReadStoredValue(HKEY root, const std::string &key, const char *name);
+// Value names of a key as the registry enumerates them; empty if the key is missing.
+std::vector<std::string> StoredValueNames(HKEY root, const std::string &key);
+bool KeyExists(HKEY root, const std::string &key);
+void DeleteKeyTree(HKEY root, const std::string &key);
+
+// Runs a command line and gives its exit code, -1 when it did not start or end.
+int RunProcess(const std::string &commandLine);
+
+// Captures what this process sends to OutputDebugStringA while it lives.
+class CDebugOutputCapture {
+public:
+    CDebugOutputCapture();
+    ~CDebugOutputCapture();
+    std::string Text() const { return Captured; }
+    void Clear() { Captured.clear(); }
+
+private:
+    CDebugOutputCapture(const CDebugOutputCapture &);
+    static LONG CALLBACK OnException(EXCEPTION_POINTERS *pointers);
+    std::string Captured;
+    void *Handler;
+};
 
 #endif
