@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-#include "cabinet_maker.h"
+#include "cabinet_set.h"
 #include "entry/printer_inf.h"
 #include "files/cabinet.h"
 #include "files/file_spec.h"

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "message_box.h"
 #include "test_support.h"
 
 namespace {

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "message_box.h"
 #include "test_support.h"
 
 namespace {

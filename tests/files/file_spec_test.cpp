@@ -14,12 +14,7 @@
 
 namespace {
 
-std::string Slash(std::string text)
-{
-    if (text.empty() || text.back() != '\\')
-        text += '\\';
-    return text;
-}
+std::string Slash(const std::string &text) { return !text.empty() && text.back() == '\\' ? text : text + '\\'; }
 
 // Each directory as the platform gives it when asked directly.
 std::string Asked(std::function<void(char *)> ask)
@@ -47,17 +42,14 @@ std::string WindowsDir() { return Asked([](char *b) { GetWindowsDirectoryA(b, MA
 std::string SystemDir() { return Asked([](char *b) { GetSystemDirectoryA(b, MAX_PATH); }); }
 std::string TempDir() { return Asked([](char *b) { GetTempPathA(MAX_PATH, b); }); }
 std::string CurrentDir() { return Asked([](char *b) { GetCurrentDirectoryA(MAX_PATH, b); }); }
-std::string DriverDir(const char *environment)
+DWORD Needed;
+std::string DriverDir(const char *env)
 {
-    DWORD needed;
-    return Asked([&](char *b) {
-        GetPrinterDriverDirectoryA(NULL, const_cast<char *>(environment), 1, (BYTE *)b, MAX_PATH, &needed);
-    });
+    return Asked([&](char *b) { GetPrinterDriverDirectoryA(NULL, (char *)env, 1, (BYTE *)b, MAX_PATH, &Needed); });
 }
 std::string ProcessorDir()
 {
-    DWORD needed;
-    return Asked([&](char *b) { GetPrintProcessorDirectoryA(NULL, NULL, 1, (BYTE *)b, MAX_PATH, &needed); });
+    return Asked([](char *b) { GetPrintProcessorDirectoryA(NULL, NULL, 1, (BYTE *)b, MAX_PATH, &Needed); });
 }
 std::string ColorDir()
 {

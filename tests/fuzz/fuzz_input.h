@@ -31,13 +31,6 @@ public:
         --Size;
         return *Data++;
     }
-    // Everything that is left, cut at its first NUL as a C string would be.
-    std::string Rest()
-    {
-        std::string text(reinterpret_cast<const char *>(Data), Size);
-        Size = 0;
-        return text.substr(0, text.find('\0'));
-    }
     // Everything that is left, NULs included.
     std::string Bytes()
     {
@@ -45,6 +38,8 @@ public:
         Size = 0;
         return text;
     }
+    // Everything that is left, cut at its first NUL as a C string would be.
+    std::string Rest() { return Bytes().c_str(); }
 
 private:
     const uint8_t *Data;

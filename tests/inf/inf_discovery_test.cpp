@@ -79,23 +79,16 @@ void AddPrinterWithDataFile(const char *printer, const char *model, const std::s
     std::string driverPath = dataFile.substr(0, dataFile.rfind('\\') + 1) + "tvdrv.dll";
     WriteText(driverPath, "not a library");
     char configFile[] = "tvui.txt", port[] = "FILE:", processor[] = "winprint", datatype[] = "RAW";
-    DRIVER_INFO_3A driver;
-    std::memset(&driver, 0, sizeof driver);
-    driver.cVersion = 3;
-    driver.pName = const_cast<char *>(model);
-    driver.pDriverPath = const_cast<char *>(driverPath.c_str());
-    driver.pDataFile = const_cast<char *>(dataFile.c_str());
-    driver.pConfigFile = configFile;
+    DRIVER_INFO_3A driver = {3, const_cast<char *>(model), NULL, const_cast<char *>(driverPath.c_str()),
+                             const_cast<char *>(dataFile.c_str()), configFile, NULL, NULL, NULL, NULL};
     ASSERT_TRUE(AddPrinterDriverA(NULL, 3, reinterpret_cast<BYTE *>(&driver))) << GetLastError();
-    PRINTER_INFO_2A info;
-    std::memset(&info, 0, sizeof info);
+    PRINTER_INFO_2A info = {};
     info.pPrinterName = const_cast<char *>(printer);
     info.pPortName = port;
     info.pDriverName = const_cast<char *>(model);
     info.pPrintProcessor = processor;
     info.pDatatype = datatype;
-    CPrinterHandle added(AddPrinterA(NULL, 2, reinterpret_cast<BYTE *>(&info)));
-    ASSERT_TRUE(added.IsValid()) << GetLastError();
+    ASSERT_TRUE(CPrinterHandle(AddPrinterA(NULL, 2, reinterpret_cast<BYTE *>(&info))).IsValid()) << GetLastError();
 }
 
 std::string CurrentDirectory()
@@ -127,11 +120,6 @@ protected:
             DeleteFileA(file.c_str());
         SetCurrentDirectoryA("C:\\");
     }
-    void WriteDriverInf(const std::string &name, const std::string &text)
-    {
-        DriverFiles.push_back(Drivers + name);
-        WriteText(Drivers + name, text);
-    }
     // FindInf, checking that the current directory is restored.
     int Find(const char *printer, const char *model)
     {
@@ -148,42 +136,41 @@ protected:
     char Inf[MAX_PATH], Manufacturer[MAX_PATH], Model[MAX_PATH];
 };
 
-TEST_F(FindInfTest, CurrentDirectoryFirstInThePlatformsOrder)
+// Each step adds a file (under the driver directory when Dir is null) and
+// searches again; what is found moves to the place searched earlier. An empty
+// Found is whichever of the current directory's offers the platform lists
+// first; a null one is nothing found, which leaves the buffers alone.
+TEST_F(FindInfTest, CurrentDirectoryThenDriverDirectoryThenDevicePath)
 {
-    WriteText(Root + "current\\one.inf", Offers5);
-    EXPECT_EQ(0, Find("Tovrel No Such Printer", "Laser 9"));
-    EXPECT_STREQ("given.inf", Inf) << "nothing found leaves the buffers alone";
-    EXPECT_STREQ("Given", Manufacturer);
-
-    WriteText(Root + "current\\two.inf", Offers5);
-    WriteText(Root + "current\\other.inf", PrinterInf(OtherGuid, Models));
-    WriteText(Root + "device\\device.inf", Offers5);
-    WriteDriverInf("tovrel_drivers.inf", Offers5);
-    std::string first;
-    WIN32_FIND_DATAA data;
-    CFindHandle find(FindFirstFileA((Root + "current\\*.inf").c_str(), &data));
-    ASSERT_TRUE(find.IsValid());
-    do {
-        if (lstrcmpiA(data.cFileName, "other.inf"))
-            first = data.cFileName;
-    } while (first.empty() && FindNextFileA(find.Get(), &data));
-
-    EXPECT_EQ(1, Find("", "Laser 5"));
-    EXPECT_STRCASEEQ((Root + "current\\" + first).c_str(), Inf);
-    EXPECT_STREQ("Acme", Manufacturer);
-    EXPECT_STREQ("Laser 5", Model);
-}
-
-TEST_F(FindInfTest, DriverDirectoryThenDevicePath)
-{
-    WriteText(Root + "current\\refused.inf", PrinterInf(std::string(OtherGuid) + ClassPrinter, Models));
-    WriteText(Root + "device\\device.inf", Offers5);
-    EXPECT_EQ(1, Find(NULL, "Laser 5"));
-    EXPECT_STRCASEEQ((Root + "device\\device.inf").c_str(), Inf);
-
-    WriteDriverInf("tovrel_drivers.inf", Offers5);
-    EXPECT_EQ(1, Find(NULL, "Laser 5"));
-    EXPECT_STRCASEEQ((Drivers + "tovrel_drivers.inf").c_str(), Inf);
+    const struct {
+        const char *Dir, *Name;
+        std::string Text;
+        const char *Printer, *Model, *Found;
+    } steps[] = {
+        {"current", "refused.inf", PrinterInf(std::string(OtherGuid) + ClassPrinter, Models), NULL, "Laser 5", nullptr},
+        {"device", "device.inf", Offers5, NULL, "Laser 5", "device\\device.inf"},
+        {nullptr, "tovrel_drivers.inf", Offers5, "", "Laser 5", "tovrel_drivers.inf"},
+        {"current", "one.inf", Offers5, "Tovrel No Such Printer", "Laser 9", nullptr},
+        {"current", "two.inf", Offers5, "", "Laser 5", ""},
+    };
+    for (const auto &s : steps) {
+        std::string path = s.Dir ? Root + s.Dir + "\\" + s.Name : Drivers + s.Name;
+        if (!s.Dir)
+            DriverFiles.push_back(path);
+        WriteText(path, s.Text);
+        std::string found = s.Found ? (s.Dir ? Root : Drivers) + s.Found : "given.inf";
+        if (s.Found && !*s.Found) {
+            WIN32_FIND_DATAA data;
+            CFindHandle find(FindFirstFileA((Root + "current\\*.inf").c_str(), &data));
+            while (!lstrcmpiA(data.cFileName, "refused.inf") && FindNextFileA(find.Get(), &data)) {
+            }
+            found = Root + "current\\" + data.cFileName;
+        }
+        EXPECT_EQ(s.Found ? 1 : 0, Find(s.Printer, s.Model)) << s.Name;
+        EXPECT_STRCASEEQ(found.c_str(), Inf) << s.Name;
+        EXPECT_STREQ(s.Found ? "Acme" : "Given", Manufacturer) << s.Name;
+        EXPECT_STREQ(s.Model, Model) << s.Name;
+    }
 }
 
 TEST_F(FindInfTest, AnExistingPrinterNamesItsModelAndItsInf)
@@ -218,14 +205,12 @@ TEST_F(FindInfTest, AnExistingPrinterNamesItsModelAndItsInf)
 
 TEST(ReadDeviceKeyWin98, ValuesAndThePortOfTheInstance)
 {
+    const char Laser[] = "Enum\\LPTENUM\\ACMELASER5\\ROOT&PRINTER&0000";
     const struct {
         const char *Key, *Name, *Value;
     } values[] = {
-        {"Enum\\LPTENUM\\ACMELASER5\\ROOT&PRINTER&0000", "Class", "Printer"},
-        {"Enum\\LPTENUM\\ACMELASER5\\ROOT&PRINTER&0000", "DeviceDesc", "Laser 5"},
-        {"Enum\\LPTENUM\\ACMELASER5\\ROOT&PRINTER&0000", "HardwareID", "LPTENUM\\ACMELASER5"},
-        {"Enum\\LPTENUM\\ACMELASER5\\ROOT&PRINTER&0000", "Manufacturer", "Acme"},
-        {"Enum\\LPTENUM\\ACMELASER5\\ROOT&PRINTER&0000", "Model", "Laser 5 Model"},
+        {Laser, "Class", "Printer"}, {Laser, "DeviceDesc", "Laser 5"}, {Laser, "HardwareID", "LPTENUM\\ACMELASER5"},
+        {Laser, "Manufacturer", "Acme"}, {Laser, "Model", "Laser 5 Model"},
         {"Enum\\ROOT\\PRINTER\\0000", "PortName", "LPT2:"},
         {"Enum\\LPTENUM\\BARE\\LPT&0001", "HardwareID", "LPTENUM\\BARE"},
     };
@@ -236,8 +221,7 @@ TEST(ReadDeviceKeyWin98, ValuesAndThePortOfTheInstance)
         int Result;
         const char *Out[6];
     } cases[] = {
-        {"Enum\\LPTENUM\\ACMELASER5\\ROOT&PRINTER&0000", 1,
-         {"Printer", "Laser 5", "LPTENUM\\ACMELASER5", "Acme", "Laser 5 Model", "LPT2:"}},
+        {Laser, 1, {"Printer", "Laser 5", "LPTENUM\\ACMELASER5", "Acme", "Laser 5 Model", "LPT2:"}},
         // Missing values empty their texts; a port device that is not there
         // leaves the port as it was.
         {"Enum\\LPTENUM\\BARE\\LPT&0001", 1, {"", "", "LPTENUM\\BARE", "", "", "before"}},

@@ -1,97 +1,8 @@
 #include "cabinet_maker.h"
 
-#include <fci.h>
-#include <fcntl.h>
-#include <io.h>
-#include <sys/stat.h>
-
-#include <cerrno>
-#include <cstdio>
 #include <cstring>
-#include <type_traits>
 
 namespace {
-
-typedef HFCI(DIAMONDAPI *FciCreateProc)(PERF, PFNFCIFILEPLACED, PFNFCIALLOC, PFNFCIFREE, PFNFCIOPEN, PFNFCIREAD,
-                                        PFNFCIWRITE, PFNFCICLOSE, PFNFCISEEK, PFNFCIDELETE, PFNFCIGETTEMPFILE, PCCAB,
-                                        void *);
-typedef BOOL(DIAMONDAPI *FciAddFileProc)(HFCI, char *, char *, BOOL, PFNFCIGETNEXTCABINET, PFNFCISTATUS,
-                                         PFNFCIGETOPENINFO, TCOMP);
-typedef BOOL(DIAMONDAPI *FciFlushCabinetProc)(HFCI, BOOL, PFNFCIGETNEXTCABINET, PFNFCISTATUS);
-typedef BOOL(DIAMONDAPI *FciFlushFolderProc)(HFCI, PFNFCIGETNEXTCABINET, PFNFCISTATUS);
-typedef BOOL(DIAMONDAPI *FciDestroyProc)(HFCI);
-
-struct CMakerState {
-    const CCabinetSetPlan *Plan;
-    const CCabinetEntry *Current;
-    int Members;
-};
-
-void NameMember(const CCabinetSetPlan &plan, int index, CCAB *ccab)
-{
-    snprintf(ccab->szCab, sizeof ccab->szCab, "%s%d.cab", plan.Prefix.c_str(), index);
-    if (plan.DiskNames)
-        snprintf(ccab->szDisk, sizeof ccab->szDisk, "disk%d", index);
-    else
-        ccab->szDisk[0] = 0;
-}
-
-// The runtime's file calls, each noting errno for FCI.
-FNFCIALLOC(MakerAlloc) { return HeapAlloc(GetProcessHeap(), 0, cb); }
-FNFCIFREE(MakerFree) { HeapFree(GetProcessHeap(), 0, memory); }
-template <typename T> T Noted(T result, int *err) { if (result == static_cast<T>(-1)) *err = errno; return result; }
-FNFCIOPEN(MakerOpen) { return Noted(_open(pszFile, oflag, pmode), err); }
-FNFCIREAD(MakerRead) { return static_cast<UINT>(Noted(_read(static_cast<int>(hf), memory, cb), err)); }
-FNFCIWRITE(MakerWrite) { return static_cast<UINT>(Noted(_write(static_cast<int>(hf), memory, cb), err)); }
-FNFCICLOSE(MakerClose) { return Noted(_close(static_cast<int>(hf)), err); }
-FNFCISEEK(MakerSeek) { return Noted(_lseek(static_cast<int>(hf), dist, seektype), err); }
-FNFCIDELETE(MakerDelete) { return DeleteFileA(pszFile) ? 0 : (*err = EACCES, -1); }
-FNFCIFILEPLACED(MakerFilePlaced) { return 0; }
-FNFCISTATUS(MakerStatus) { return 0; }
-
-FNFCIGETTEMPFILE(MakerTempFile)
-{
-    char directory[MAX_PATH], name[MAX_PATH];
-    GetTempPathA(MAX_PATH, directory);
-    if (!GetTempFileNameA(directory, "fci", 0, name) || static_cast<int>(strlen(name)) >= cbTempName)
-        return FALSE;
-    DeleteFileA(name);
-    strcpy(pszTempName, name);
-    return TRUE;
-}
-
-FNFCIGETNEXTCABINET(MakerNextCabinet)
-{
-    CMakerState *state = static_cast<CMakerState *>(pv);
-    NameMember(*state->Plan, state->Members++, pccab);
-    return TRUE;
-}
-
-FNFCIGETOPENINFO(MakerOpenInfo)
-{
-    CMakerState *state = static_cast<CMakerState *>(pv);
-    int handle = _open(pszName, _O_RDONLY | _O_BINARY);
-    if (handle == -1) {
-        *err = errno;
-        return -1;
-    }
-    const CCabinetEntry *entry = state->Current;
-    if (entry && entry->Date) {
-        *pdate = entry->Date;
-        *ptime = entry->Time;
-        *pattribs = entry->Attributes;
-        return handle;
-    }
-    BY_HANDLE_FILE_INFORMATION information;
-    FILETIME local;
-    GetFileInformationByHandle(reinterpret_cast<HANDLE>(_get_osfhandle(handle)), &information);
-    FileTimeToLocalFileTime(&information.ftLastWriteTime, &local);
-    FileTimeToDosDateTime(&local, pdate, ptime);
-    *pattribs = static_cast<USHORT>(information.dwFileAttributes &
-                                    (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
-                                     FILE_ATTRIBUTE_ARCHIVE));
-    return handle;
-}
 
 void PutWord(std::string &out, unsigned value)
 {
@@ -106,67 +17,6 @@ void PutLong(std::string &out, unsigned long value)
 }
 
 }  // namespace
-
-std::vector<std::string> MakeCabinetSet(const CCabinetSetPlan &plan, const std::vector<CCabinetEntry> &entries)
-{
-    std::vector<std::string> members;
-    HMODULE library = LoadLibraryA("cabinet.dll");
-    auto bind = [library](auto &proc, const char *name) {
-        proc = reinterpret_cast<std::remove_reference_t<decltype(proc)>>(
-            reinterpret_cast<void *>(GetProcAddress(library, name)));
-        return proc != nullptr;
-    };
-    FciCreateProc create;
-    FciAddFileProc addFile;
-    FciFlushCabinetProc flushCabinet;
-    FciFlushFolderProc flushFolder;
-    FciDestroyProc destroy;
-    if (!library || !bind(create, "FCICreate") || !bind(addFile, "FCIAddFile") ||
-        !bind(flushCabinet, "FCIFlushCabinet") || !bind(flushFolder, "FCIFlushFolder") || !bind(destroy, "FCIDestroy")) {
-        if (library)
-            FreeLibrary(library);
-        return members;
-    }
-
-    CMakerState state = {&plan, NULL, 0};
-    CCAB ccab;
-    memset(&ccab, 0, sizeof ccab);
-    ccab.cb = plan.MemberSize ? plan.MemberSize : 0x7FFFFFFF;
-    ccab.cbFolderThresh = 0x7FFFFFFF;
-    ccab.setID = 4242;
-    strcpy(ccab.szCabPath, plan.Directory.c_str());
-    NameMember(plan, state.Members++, &ccab);
-
-    ERF erf;
-    memset(&erf, 0, sizeof erf);
-    HFCI fci = create(&erf, MakerFilePlaced, MakerAlloc, MakerFree, MakerOpen, MakerRead, MakerWrite, MakerClose,
-                      MakerSeek, MakerDelete, MakerTempFile, &ccab, &state);
-    bool ok = fci != NULL;
-    for (size_t i = 0; ok && i < entries.size(); ++i) {
-        state.Current = &entries[i];
-        std::string source = entries[i].Source;
-        std::string stored = entries[i].Stored;
-        ok = addFile(fci, &source[0], &stored[0], FALSE, MakerNextCabinet, MakerStatus, MakerOpenInfo,
-                     plan.Compression) &&
-             flushFolder(fci, MakerNextCabinet, MakerStatus);
-    }
-    if (ok)
-        ok = flushCabinet(fci, FALSE, MakerNextCabinet, MakerStatus);
-    if (fci)
-        destroy(fci);
-    FreeLibrary(library);
-    if (!ok)
-        return members;
-
-    for (int i = 0; i < state.Members; ++i) {
-        CCAB name;
-        NameMember(plan, i, &name);
-        std::string path = plan.Directory + name.szCab;
-        if (GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES)
-            members.push_back(path);
-    }
-    return members;
-}
 
 std::string StoredCabinetBytes(const std::vector<CStoredFile> &files, const CStoredSetPlace &place)
 {
@@ -187,13 +37,21 @@ std::string StoredCabinetBytes(const std::vector<CStoredFile> &files, const CSto
     if (data.size() > 0x8000)
         return std::string();
 
+    // A last file that runs on ends the folder in a block split into the next
+    // member: cbUncomp 0 here.
+    const bool runsOn = !files.empty() && files.back().RunsOnTo;
+    std::vector<size_t> blocks;
+    if (runsOn && data.size() > files.back().Content.size())
+        blocks.push_back(data.size() - files.back().Content.size());
+    if (!files.empty())
+        blocks.push_back(data.size() - (blocks.empty() ? 0 : blocks[0]));
     const unsigned long headerSize = 36 + links.size();
     const unsigned long folderSize = files.empty() ? 0 : 8;
     unsigned long filesSize = 0;
     for (const CStoredFile &file : files)
         filesSize += 16 + file.Stored.size() + 1;
     const unsigned long dataStart = headerSize + folderSize + filesSize;
-    const unsigned long total = dataStart + (files.empty() ? 0 : 8 + data.size());
+    const unsigned long total = dataStart + 8 * blocks.size() + data.size();
 
     std::string out = "MSCF";
     PutLong(out, 0);
@@ -211,14 +69,14 @@ std::string StoredCabinetBytes(const std::vector<CStoredFile> &files, const CSto
     out += links;
     if (!files.empty()) {
         PutLong(out, dataStart);
-        PutWord(out, 1);  // one data block
+        PutWord(out, static_cast<unsigned>(blocks.size()));
         PutWord(out, 0);  // stored
     }
     unsigned long offset = 0;
     for (const CStoredFile &file : files) {
-        PutLong(out, file.Content.size());
+        PutLong(out, file.RunsOnTo ? file.RunsOnTo : file.Content.size());
         PutLong(out, offset);
-        PutWord(out, 0);
+        PutWord(out, runsOn && &file == &files.back() ? 0xFFFE : 0);  // continued to the next member
         PutWord(out, file.Date);
         PutWord(out, file.Time);
         PutWord(out, file.Attributes);
@@ -226,11 +84,11 @@ std::string StoredCabinetBytes(const std::vector<CStoredFile> &files, const CSto
         out += '\0';
         offset += file.Content.size();
     }
-    if (!files.empty()) {
+    for (size_t i = 0, at = 0; i < blocks.size(); at += blocks[i++]) {
         PutLong(out, 0);  // no checksum
-        PutWord(out, static_cast<unsigned>(data.size()));
-        PutWord(out, static_cast<unsigned>(data.size()));
-        out += data;
+        PutWord(out, static_cast<unsigned>(blocks[i]));
+        PutWord(out, runsOn && i + 1 == blocks.size() ? 0 : static_cast<unsigned>(blocks[i]));
+        out += data.substr(at, blocks[i]);
     }
     return out;
 }

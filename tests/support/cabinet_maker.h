@@ -1,6 +1,5 @@
-// Real cabinets for tests and benchmarks, made through the system's FCI
-// (bound at run time, so a program that uses this still starts when
-// cabinet.dll is disabled), or written byte by byte when no library may help.
+// Cabinets for tests, written byte by byte so that no library helps or hides
+// what the decoder is given.
 #ifndef TOVREL_TESTS_CABINET_MAKER_H
 #define TOVREL_TESTS_CABINET_MAKER_H
 
@@ -8,30 +7,6 @@
 
 #include <string>
 #include <vector>
-
-struct CCabinetEntry {
-    std::string Source;  // the file to store
-    std::string Stored;  // its name inside the cabinet
-    // DOS date and time and attributes to store; a Date of 0 takes the
-    // source's own time and attributes.
-    USHORT Date;
-    USHORT Time;
-    USHORT Attributes;
-};
-
-struct CCabinetSetPlan {
-    std::string Directory;  // where the members go, ending in a backslash
-    std::string Prefix;     // member i is named Prefix + i + ".cab"
-    bool DiskNames;         // members carry disk names "disk<i>"
-    ULONG MemberSize;       // largest member; 0 for one member whatever the size
-    USHORT Compression;     // 0 stored, 1 MSZIP
-};
-
-// Each file in a folder of its own: Wine's FCI spans sets correctly only so,
-// and only when a file running over a member's end is over 32 KiB as stored
-// (a smaller one makes the next FCIAddFile fail).
-// Gives the full paths of the members in order, empty on failure.
-std::vector<std::string> MakeCabinetSet(const CCabinetSetPlan &plan, const std::vector<CCabinetEntry> &entries);
 
 // Where a hand-written cabinet stands in its set. Names left empty leave out
 // the previous or next member from the header.
@@ -49,6 +24,7 @@ struct CStoredFile {
     USHORT Date;
     USHORT Time;
     USHORT Attributes;
+    ULONG RunsOnTo = 0;  // over Content's size: the file runs on into the next member
 };
 
 // One uncompressed cabinet of one folder (files up to 32 KiB together),

@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <future>
 #include <string>
 #include <vector>
 
@@ -52,5 +53,15 @@ private:
     std::string Captured;
     void *Handler;
 };
+
+// Message boxes: a box is found by its caption (class "#32770", in any process
+// of the prefix), read and answered with a button's command on a thread of its
+// own, for a box that the calling thread or a child shows.
+struct CSeenBox {
+    bool Found = false;
+    std::string Text;
+    std::vector<std::string> Buttons;
+};
+std::future<CSeenBox> AnswerBoxLater(const std::string &caption, int command, DWORD timeout = 30000);
 
 #endif
