@@ -10,24 +10,12 @@ set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 root=$(cd "$here/.." && pwd)
 . "$root/scripts/wine-env.sh"
-build=${1:-$root/build/win64}
+build=${1:-$root/build/$TOVREL_WINE_ARCH}
 repeats=${2:-9}
 bench="$build/bin/cabinet_bench.exe"
 [ -f "$bench" ] || { echo "no $bench: build the bench first" >&2; exit 1; }
 
-"$root/scripts/wine-prefix.sh" winxp >/dev/null
-wroot=$(tovrel_wine_root)
-mkdir -p "$wroot/run"
-run=$(mktemp -d "$wroot/run/bench.XXXXXX")
-cp -a "$wroot/templates/$TOVREL_WINE_ARCH-winxp/." "$run/"
-export HOME="$run/home" WINEPREFIX="$run/prefix"
-trap 'wineserver -k >/dev/null 2>&1; rm -rf "$run"' EXIT
-
-pin="taskset -c 1"
-data="$run/data"
-mkdir -p "$data"
-windata="Z:$(printf '%s' "$data" | tr / '\\')"
-$pin wineserver -p
+. "$here/bench-prefix.sh"
 
 $pin "$TOVREL_WINE" "$bench" make "$windata" >/dev/null
 echo "set: $(ls "$data"/set*.cab | wc -l) members, $(du -cb "$data"/set*.cab | tail -1 | cut -f1) bytes;" \

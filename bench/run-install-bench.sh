@@ -23,19 +23,7 @@ limit=$((2 * 1024 * 1024))
 bench="$build/bin/install_bench.exe"
 [ -f "$bench" ] || { echo "no $bench: build the target install_bench first" >&2; exit 1; }
 
-"$root/scripts/wine-prefix.sh" winxp >/dev/null
-wroot=$(tovrel_wine_root)
-mkdir -p "$wroot/run"
-run=$(mktemp -d "$wroot/run/bench.XXXXXX")
-cp -a "$wroot/templates/$TOVREL_WINE_ARCH-winxp/." "$run/"
-export HOME="$run/home" WINEPREFIX="$run/prefix"
-trap 'wineserver -k >/dev/null 2>&1; rm -rf "$run"' EXIT
-
-pin="taskset -c 1"
-data="$run/data"
-mkdir -p "$data"
-windata="Z:$(printf '%s' "$data" | tr / '\\')"
-$pin wineserver -p
+. "$here/bench-prefix.sh"
 echo "install bench: $(date -u +%Y-%m-%d), $(nproc) CPUs, $(sed -n 's/^model name\t: //p' /proc/cpuinfo | head -1)," \
      "$TOVREL_WINE_ARCH build, medians of $repeats"
 

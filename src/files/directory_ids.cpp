@@ -49,7 +49,7 @@ void CDirectoryIdMap::Resolve(CInfFile &store)
     std::set<int> named = NameableDirectoryIds(store);
     for (int id : InfDirectoryIdList()) {
         if (named.count(id))
-            Base::operator[](id) = CBoundedString(CFileSpec().ResolveFullPath(IdentifierOfInfId(id)));
+            ResolveNow(id);
         else
             Pending.insert(id);
     }
@@ -59,11 +59,16 @@ void CDirectoryIdMap::ResolveAll()
 {
     clear();
     for (int id : InfDirectoryIdList())
-        Base::operator[](id) = CBoundedString(CFileSpec().ResolveFullPath(IdentifierOfInfId(id)));
+        ResolveNow(id);
 }
 
 void CDirectoryIdMap::ResolvePending(int id)
 {
     if (Pending.erase(id))
-        Base::operator[](id) = CBoundedString(CFileSpec().ResolveFullPath(IdentifierOfInfId(id)));
+        ResolveNow(id);
+}
+
+void CDirectoryIdMap::ResolveNow(int id)
+{
+    Base::operator[](id) = CBoundedString(CFileSpec().ResolveFullPath(IdentifierOfInfId(id)));
 }

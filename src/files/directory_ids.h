@@ -42,6 +42,7 @@ public:
 
 private:
     void ResolvePending(int id);
+    void ResolveNow(int id);
 };
 
 // Whether an INF can name the id anywhere: an id is read with atoi from a

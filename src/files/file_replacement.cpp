@@ -90,18 +90,6 @@ int CFileVersion::CompareFileTimes(const char *first, const char *second)
     return CompareFileTime(&a, &b);
 }
 
-unsigned long long CFileVersion::FileSize(const char *path)
-{
-    CFileHandle file(OpenForQuery(path));
-    if (!file.IsValid())
-        return 0;
-    DWORD high = 0;
-    DWORD low = GetFileSize(file.Get(), &high);
-    if (low == INVALID_FILE_SIZE && GetLastError() != NO_ERROR)
-        return 0;
-    return (static_cast<unsigned long long>(high) << 32) | low;
-}
-
 // Windows 9x replaces the files listed in WININIT.INI's RENAME section at its
 // next start; the section is rewritten whole with the new line last. Its size
 // is the section's own: the file's size says nothing while the system holds

@@ -13,7 +13,6 @@ public:
     // 1, 0 or -1 as CompareFileTime gives for the two last-write times; a file
     // that cannot be opened counts as written at time zero.
     int CompareFileTimes(const char *first, const char *second);
-    unsigned long long FileSize(const char *path);
 };
 
 #endif
