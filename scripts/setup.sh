@@ -35,7 +35,7 @@ SUDO=""
 
 if [ ${#need[@]} -gt 0 ] || ! wine_ok; then
   export DEBIAN_FRONTEND=noninteractive
-  if ! dpkg --print-foreign-architectures | grep -qx i386; then
+  if ! dpkg --print-foreign-architectures | grep -x i386 >/dev/null; then
     $SUDO dpkg --add-architecture i386
   fi
   # A lagging mirror index makes update exit non-zero while the others are fine.
