@@ -27,30 +27,6 @@ int AddProgramGroup(const std::string &scratch, const std::string &lines)
     return printer.AddProgramGroup();
 }
 
-// A line without a description makes no shortcut; only the last level of a
-// group is made, and a failed save ends nothing: every line is on record.
-TEST(AddProgramGroup, LinesThatMakeNoShortcutAreStillOnRecord)
-{
-    const std::string scratch = ScratchDirectory();
-    CreateDirectoryA((scratch + "groups").c_str(), NULL);
-    const struct {
-        const char *Line, *File;
-        bool Made;
-    } cases[] = {
-        {"70010,,,70011,,tool.exe", "groups\\.lnk", false},
-        {"70010,Missing\\Deeper,Lost,70011,,tool.exe", "groups\\Missing", false},
-        {"70010,Made,Kept,70011,,tool.exe", "groups\\Made\\Kept.lnk", true},
-    };
-    std::string text;
-    for (const auto &c : cases)
-        text += std::string(c.Line) + "\r\n";
-    EXPECT_EQ(1, AddProgramGroup(scratch, text));
-    for (const auto &c : cases) {
-        EXPECT_EQ(c.Made, PathExists(scratch + c.File)) << c.Line;
-        EXPECT_TRUE(ReadStoredValue(HKEY_LOCAL_MACHINE, Shortcuts, c.Line).Exists) << c.Line;
-    }
-}
-
 // Joined to a multithreaded apartment, the thread can't take the link's
 // single-threaded one: the first line fails and nothing is on record. With
 // the link's server missing the failure comes half-way, after CoInitialize,

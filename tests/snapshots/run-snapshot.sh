@@ -14,11 +14,19 @@
 #                              line of text; cabset spreads them over two
 #   put BUILT PATH             a file of BINDIR at a Windows path
 #   rundll MFG MODEL PRINTER   rundll32 tovrel.dll,Repair_RunDll /INF ...
+#   call ENTRY TEXT            rundll32 tovrel.dll,ENTRY TEXT: the rest of the
+#                              line as it stands, quotes and all
 #   repair MFG MODEL PRINTER   Repair through repair_cli
 #   hold PATH                  a process that keeps PATH loaded until restart
 #   restart                    ends every program, then wineboot -r
 #   delete PATH                removes a file
 #   wine PROGRAM ARGS...       a program of the prefix (reg, sc, net ...)
+#   show PROGRAM ARGS...       the same, with what it prints and a failing exit
+#   service NAME               the service's keys and, once it settles, its state
+#   keys KEY                   the names and types under a registry key, not
+#                              the data, which reg shows only for whole values
+#   copy FILE PATH             a file of the source tree at a Windows path
+#   set NAME=VALUE             in the environment of every later step
 #   report MODEL               tovrel-report MODEL: its lines and exit code
 set -uo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
@@ -52,6 +60,8 @@ cp "$bin/tovrel.dll" "$bin/repair_cli.exe" "$bin/holder.exe" "$bin/tovrel-report
 built=()  # the files of BINDIR that the scenario uses: their sizes differ by architecture
 
 unix_path() { local p=${1#[Cc]:\\}; echo "$c/${p//\\//}"; }
+# The same, its directory made.
+new_path() { local path; path=$(unix_path "$1") && mkdir -p "$(dirname "$path")" && echo "$path"; }
 in_prefix() { timeout "$step_limit" "$TOVREL_WINE" "$@"; }
 # An install, with what the library wrote to the debug output.
 install() {
@@ -87,6 +97,28 @@ make_cabinet() {
     (cd "$stage" && echo "in the driver directory:" *.[Cc][Aa][Bb] && mv ./*.[Cc][Aa][Bb] "$(unix_path "$drivers")/")
 }
 
+# A RunDll entry given its text exactly: Wine would quote the words of a
+# command line anew, so the line goes through a batch file.
+call_entry() {
+    printf '@rundll32.exe C:\\demo\\tovrel.dll,%s\r\n' "$1" >"$c/demo/call.bat"
+    install cmd.exe /c 'C:\demo\call.bat'
+}
+
+# The service manager answers at once and the service gets there later, so
+# its state is read once it no longer says pending. Of a dependency list only
+# the first name is shown: what Wine 8 stores after it is not the list.
+show_service() {
+    local state=
+    for _ in $(seq 100); do
+        state=$(in_prefix sc query "$1" 2>/dev/null | tr -d '\r' | awk '$1 == "STATE" { print $4 }')
+        case $state in *PENDING) sleep 0.2 ;; *) break ;; esac
+    done
+    in_prefix reg query "HKLM\\System\\CurrentControlSet\\Services\\$1" 2>/dev/null | tr -d '\r' |
+        awk '/^    / && $1 != "PreshutdownTimeout"' |
+        sed -E 's/^( +DependOnService +REG_MULTI_SZ +[^\\]*)\\0.*/\1/'
+    echo "state ${state:-none}"
+}
+
 hold_library() {
     in_prefix 'C:\demo\holder.exe' "$1" >"$run/held" 2>/dev/null &
     holders+=($!)
@@ -100,7 +132,7 @@ run_step() {
     flavor) ;;
     inf) inf="C:\\demo\\$(basename "$1")"; cp "$source_dir/$1" "$c/demo/" ;;
     cab | cabset) make_cabinet "$verb" "$@" ;;
-    put) cp "$bin/$1" "$(unix_path "$2")" && built+=("$1") ;;
+    put) cp "$bin/$1" "$(new_path "$2")" && built+=("$1") ;;
     rundll) install rundll32.exe 'C:\demo\tovrel.dll,Repair_RunDll' /INF "$inf" /MFG "$1" /DRV "$2" /NAME "$3" ;;
     repair) (cd "$c/demo" && install repair_cli.exe "$inf" "$@") ;;
     hold) hold_library "$1" ;;
@@ -113,6 +145,12 @@ run_step() {
         in_prefix wineboot -r >/dev/null 2>&1 ;;
     delete) rm "$(unix_path "$1")" ;;
     wine) in_prefix "$@" >/dev/null 2>&1 ;;
+    show) local code=0; in_prefix "$@" 2>&1 | tr -d '\r' | sed '/^$/d' || code=$?; [ "$code" = 0 ] || echo "exit $code" ;;
+    service) show_service "$1" ;;
+    keys) in_prefix reg query "$1" /s 2>&1 | tr -d '\r' | sed -E -n -e '/^HKEY/p' \
+            -e 's/^    (.*)    (REG_[A-Z_]+)    .*$/    \1  \2/p' ;;
+    copy) cp "$source_dir/$1" "$(new_path "$2")" ;;
+    set) export "$1" ;;
     report) local code=0; in_prefix 'C:\demo\tovrel-report.exe' "$@" 2>&1 | tr -d '\r' || code=$?; echo "exit $code" ;;
     *) echo "snapshot: unknown step '$verb'" >&2; return 1 ;;
     esac
@@ -133,8 +171,10 @@ transcript="$run/transcript"
 while IFS= read -r line || [ -n "$line" ]; do
     case $line in '' | '#'*) continue ;; esac
     echo "> $line"
-    eval "set -- $line"
-    run_step "$@" || echo "(step failed: $?)"
+    case $line in
+    'call '*) call_entry "${line#call }" ;;
+    *) eval "set -- $line" && run_step "$@" ;;
+    esac || echo "(step failed: $?)"
 done <"$scenario" >"$transcript.raw" 2>&1
 normalise <"$transcript.raw" >"$transcript"
 
