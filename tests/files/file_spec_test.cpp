@@ -1,14 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <shlobj.h>
-#include <winspool.h>
+#include <windows.h>
 
 #include <cstring>
-#include <functional>
 #include <string>
-#include <vector>
 
-#include "entry/printer_inf.h"
 #include "files/file_spec.h"
 #include "test_support.h"
 
@@ -16,52 +12,17 @@ namespace {
 
 std::string Slash(const std::string &text) { return !text.empty() && text.back() == '\\' ? text : text + '\\'; }
 
-// Each directory as the platform gives it when asked directly.
-std::string Asked(std::function<void(char *)> ask)
+std::string TempDir()
 {
     char buffer[MAX_PATH] = "";
-    ask(buffer);
+    GetTempPathA(MAX_PATH, buffer);
+    return buffer;
+}
+std::string WindowsDir()
+{
+    char buffer[MAX_PATH] = "";
+    GetWindowsDirectoryA(buffer, MAX_PATH);
     return Slash(buffer);
-}
-
-std::function<std::string()> Shell(int csidl)
-{
-    return [csidl] {
-        LPITEMIDLIST item = NULL;
-        char buffer[MAX_PATH] = "";
-        if (FAILED(SHGetSpecialFolderLocation(NULL, csidl, &item)) || !item)
-            return std::string();
-        BOOL ok = SHGetPathFromIDListA(item, buffer);
-        CoTaskMemFree(item);
-        return ok && buffer[0] ? Slash(buffer) : std::string();
-    };
-}
-
-std::string Module() { return Asked([](char *b) { GetModuleFileNameA(NULL, b, MAX_PATH); }); }
-std::string WindowsDir() { return Asked([](char *b) { GetWindowsDirectoryA(b, MAX_PATH); }); }
-std::string SystemDir() { return Asked([](char *b) { GetSystemDirectoryA(b, MAX_PATH); }); }
-std::string TempDir() { return Asked([](char *b) { GetTempPathA(MAX_PATH, b); }); }
-std::string CurrentDir() { return Asked([](char *b) { GetCurrentDirectoryA(MAX_PATH, b); }); }
-DWORD Needed;
-std::string DriverDir(const char *env)
-{
-    return Asked([&](char *b) { GetPrinterDriverDirectoryA(NULL, (char *)env, 1, (BYTE *)b, MAX_PATH, &Needed); });
-}
-std::string ProcessorDir()
-{
-    return Asked([](char *b) { GetPrintProcessorDirectoryA(NULL, NULL, 1, (BYTE *)b, MAX_PATH, &Needed); });
-}
-std::string ColorDir()
-{
-    HMODULE mscms = LoadLibraryA("mscms.dll");
-    typedef BOOL(WINAPI * Proc)(PCSTR, PSTR, PDWORD);
-    Proc proc = mscms ? (Proc)(void *)GetProcAddress(mscms, "GetColorDirectoryA") : nullptr;
-    char buffer[MAX_PATH] = "";
-    DWORD size = MAX_PATH;
-    BOOL ok = proc && proc(NULL, buffer, &size);
-    if (mscms)
-        FreeLibrary(mscms);
-    return ok ? Slash(buffer) : SystemDir() + "Color\\";
 }
 
 const char VersionKey[] = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion";
@@ -85,76 +46,31 @@ std::string Registry(const char *subkey, const char *value, const char *data = "
     return expanded;
 }
 
-std::string WebDir()
+// The identifiers that no INF names: where an INF's ids lead shows in the
+// snapshots of whole installs.
+TEST(FileSpecResolve, TheModuleTheCurrentDirectoryAndNothing)
 {
-    std::string web = Registry(SafeSites, "winweb");
-    if (web.empty())
-        return WindowsDir() + "Web\\";
-    if (web.back() == '*')
-        web.pop_back();
-    return Slash(web);
-}
-
-// Identifier, the INF ids that lead to it, and what the platform says.
-const struct {
-    int Id;
-    std::vector<int> InfIds;
-    std::function<std::string()> Expected;
-} IdCases[] = {
-    {1, {}, [] { std::string m = Module(); return m.substr(0, m.size() - 1); }},
-    {2, {1}, [] { std::string m = Module(); return m.substr(0, m.rfind('\\', m.size() - 2) + 1); }},
-    {3, {10}, WindowsDir}, {4, {11, 66002}, SystemDir}, {5, {2}, TempDir},
-    {6, {66650}, Shell(CSIDL_DESKTOP)}, {7, {66651}, Shell(CSIDL_COMMON_DESKTOPDIRECTORY)},
-    {8, {66652}, Shell(CSIDL_DESKTOPDIRECTORY)}, {9, {66653}, Shell(CSIDL_FAVORITES)},
-    {11, {66654}, Shell(CSIDL_APPDATA)}, {12, {66655}, Shell(CSIDL_INTERNET_CACHE)},
-    {13, {66656}, Shell(CSIDL_COOKIES)}, {14, {20}, Shell(CSIDL_FONTS)}, {15, {66657}, Shell(CSIDL_HISTORY)},
-    {16, {66658}, Shell(CSIDL_NETHOOD)}, {17, {66659}, Shell(CSIDL_PERSONAL)},
-    {18, {66660}, Shell(CSIDL_PRINTHOOD)}, {19, {66661}, Shell(CSIDL_PROGRAMS)},
-    {20, {66663}, Shell(CSIDL_RECENT)}, {21, {66664}, Shell(CSIDL_SENDTO)},
-    {22, {66665}, Shell(CSIDL_STARTMENU)}, {23, {66666}, Shell(CSIDL_STARTUP)},
-    {24, {66667}, Shell(CSIDL_ALTSTARTUP)}, {25, {66668}, Shell(CSIDL_COMMON_STARTUP)},
-    {26, {66669}, Shell(CSIDL_COMMON_ALTSTARTUP)}, {27, {66670}, Shell(CSIDL_TEMPLATES)},
-    {28, {52, 66000}, [] { return DriverDir(NULL); }}, {29, {66602}, [] { return DriverDir("Windows 4.0"); }},
-    {30, {55, 66001}, ProcessorDir}, {31, {66603}, ProcessorDir},
-    {32, {66671}, Shell(CSIDL_PROGRAM_FILES)}, {33, {15}, Shell(CSIDL_PRINTERS)},
-    {34, {66662}, Shell(CSIDL_COMMON_PROGRAMS)}, {35, {23, 66003}, ColorDir}, {36, {}, CurrentDir},
-    {37, {17}, [] { return Slash(Registry(VersionKey, "DevicePath")); }}, {38, {66600}, WebDir},
-    {39, {66601, 66004}, [] { return WebDir() + "printers\\"; }},
-    {40, {50}, [] { return WindowsDir() + "system\\"; }}, {42, {14}, Shell(CSIDL_CONTROLS)},
-    {0, {}, [] { return std::string(); }}, {43, {}, [] { return std::string(); }},
-};
-
-// Also on win98, whose platform answers differ.
-void ExpectIdentifiersAsThePlatformGivesThem()
-{
-    CPrinterInf inf;
-    inf.DirectoryIds[12345] = CBoundedString("stale");
-    EXPECT_EQ(1, inf.BuildDirectoryIds());
-    size_t infIds = 0;
-    for (const auto &c : IdCases) {
+    char module[MAX_PATH] = "", current[MAX_PATH] = "";
+    GetModuleFileNameA(NULL, module, MAX_PATH);
+    GetCurrentDirectoryA(MAX_PATH, current);
+    const std::string file = module;
+    const struct {
+        int Id;
+        std::string Path, Name;
+    } cases[] = {
+        {FileSpecModulePath, file, file.substr(file.rfind('\\') + 1)},
+        {FileSpecCurrent, Slash(current), ""},
+        {FileSpecEmpty, "", ""},
+        {FileSpecLast + 1, "", ""},
+    };
+    for (const auto &c : cases) {
         CFileSpec spec;
         std::memset(&spec, 'X', sizeof spec);
         EXPECT_EQ(1, spec.Resolve(c.Id));
-        std::string expected = c.Expected();
-        EXPECT_EQ(expected, spec.FullPath()) << "identifier " << c.Id;
-        EXPECT_EQ(c.Id == 1 ? expected.substr(expected.rfind('\\') + 1) : "", spec.FileName()) << c.Id;
-        for (int infId : c.InfIds) {
-            char out[MAX_PATH] = "";
-            EXPECT_EQ(1, inf.FindDirectoryId(infId, out));
-            EXPECT_EQ(expected, out) << "INF id " << infId;
-            ++infIds;
-        }
+        EXPECT_EQ(c.Path, spec.FullPath()) << c.Id;
+        EXPECT_EQ(c.Name, spec.FileName()) << c.Id;
     }
-    EXPECT_EQ(infIds, inf.DirectoryIds.size()) << "exactly the known ids, from an empty map";
-    char out[MAX_PATH] = "untouched";
-    for (int id : {0, 3, 51, 66005, 66672, -1})
-        EXPECT_EQ(0, inf.FindDirectoryId(id, out)) << id;
-    EXPECT_STREQ("untouched", out);
 }
-
-TEST(FileSpecResolve, IdentifiersMatchThePlatform) { ExpectIdentifiersAsThePlatformGivesThem(); }
-
-TEST(FileSpecResolveWin98, IdentifiersMatchThePlatform) { ExpectIdentifiersAsThePlatformGivesThem(); }
 
 TEST(FileSpecResolve, TempFilesAndDirectoriesAreNewEachTime)
 {

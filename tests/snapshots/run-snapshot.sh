@@ -164,7 +164,14 @@ normalise() {
     for file in $(printf '%s\n' "${built[@]}" | sort -u); do
         args+=(-e "s/\\b$(stat -c %s "$bin/$file") bytes/<built size> bytes/g")
     done
-    sed -E "${args[@]}"
+    sed -E "${args[@]}" | sort_file_runs
+}
+
+# The report lists files in the order of their real paths, which differ by
+# architecture; each run of file lines is sorted again once made alike.
+sort_file_runs() {
+    awk -v OFS='\t' '{ if ($1 != "file" || !in_run) group++; in_run = $1 == "file"; print group, $0 }' |
+        LC_ALL=C sort -t "$(printf '\t')" -k1,1n -k2 -s | cut -f2-
 }
 
 transcript="$run/transcript"
