@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -47,20 +45,6 @@ std::vector<std::string> Entries(const std::string &directory)
         FindClose(find);
     return names;
 }
-
-// Notes the prompts for the next member; answers as told.
-class CRecordingExtractor : public CCabinetExtractor {
-public:
-    int OnNextCabinet(const char *cabinet, const char *, std::string &, int error) override
-    {
-        PromptCabinets.push_back(cabinet);
-        PromptErrors.push_back(error);
-        return PromptAnswer;
-    }
-    std::vector<std::string> PromptCabinets;
-    std::vector<int> PromptErrors;
-    int PromptAnswer = 1;
-};
 
 // A hostile member name is refused as a member whose directory does not
 // exist: the decoder stops, what came before is kept, and nothing outside the
@@ -131,70 +115,6 @@ TEST(CabinetExtract, ACorruptCabinetLeavesNothingBehind)
         EXPECT_FALSE(PathExists(work)) << c.first;
         DeleteTree(work);
     }
-}
-
-// Three hand-written members a1 a2 | b1 | c1, the middle one missing, wrong
-// or no cabinet: the walk asks for it, at most MaxMemberPrompts times when the
-// prompt always says go on, and keeps only what it finished.
-TEST(CabinetWalk, AMissingOrWrongMemberEndsTheWalkWithinThePromptBound)
-{
-    const struct {
-        const char *Member;  // what stands as set1.cab; null: none
-        int Answer;
-        std::vector<int> Errors;  // empty: as many 1s as the bound allows
-    } cases[] = {
-        {nullptr, 1, {}}, {nullptr, 0, {1}}, {"set2", 0, {10}}, {"garbage, not a cabinet", 0, {2}},
-    };
-    for (const auto &c : cases) {
-        const std::string dir = ScratchDirectory(), target = dir + "target\\";
-        CreateDirectoryA(target.c_str(), NULL);
-        ASSERT_TRUE(WriteStoredCabinet(dir + "set0.cab", {Stored("a1", "A1"), Stored("a2", "A2")},
-                                       CStoredSetPlace{0, "", "", "set1.cab", "disk1"}));
-        ASSERT_TRUE(WriteStoredCabinet(dir + "set2.cab", {Stored("c1", "C1")},
-                                       CStoredSetPlace{2, "set1.cab", "disk1", "", ""}));
-        if (c.Member && std::string(c.Member) == "set2")
-            CopyFileA((dir + "set2.cab").c_str(), (dir + "set1.cab").c_str(), FALSE);
-        else if (c.Member)
-            WriteText(dir + "set1.cab", c.Member);
-        CRecordingExtractor extractor;
-        extractor.SetDestination(target.c_str());
-        extractor.PromptAnswer = c.Answer;
-        EXPECT_EQ(0, extractor.Extract((dir + "set0.cab").c_str(), 1)) << c.Errors.size();
-        EXPECT_EQ(11, extractor.Erf.erfOper);
-        const size_t prompts = extractor.PromptErrors.size();
-        ASSERT_GT(prompts, 0u);
-        EXPECT_LE(prompts, size_t(CCabinet::MaxMemberPrompts));
-        EXPECT_EQ(c.Errors.empty() ? std::vector<int>(prompts, 1) : c.Errors, extractor.PromptErrors);
-        EXPECT_EQ("set1.cab", extractor.PromptCabinets.back());
-        EXPECT_EQ((std::vector<std::string>{"a2", "a1"}), PopAll(extractor));
-        EXPECT_FALSE(PathExists(target + "c1"));
-    }
-}
-
-// small | big, running on into a second member that is gone: the running
-// file is cut off and not kept, though the decoder reports it closed.
-TEST(CabinetWalk, AMissingMemberForARunningFileEndsTheCopy)
-{
-    const std::string dir = ScratchDirectory(), target = dir + "target\\";
-    CreateDirectoryA(target.c_str(), NULL);
-    const std::string small = Pattern(10000, 's');
-    CStoredFile big = Stored("big.bin", Pattern(20000, 'b'));
-    big.RunsOnTo = 100000;
-    ASSERT_TRUE(WriteStoredCabinet(dir + "span0.cab", {Stored("small.bin", small), big},
-                                   CStoredSetPlace{0, "", "", "span1.cab", "disk1"}));
-    CRecordingExtractor extractor;
-    extractor.SetDestination(target.c_str());
-    EXPECT_EQ(0, extractor.Extract((dir + "span0.cab").c_str(), 1));
-    EXPECT_EQ(11, extractor.Erf.erfOper);
-    // Announced first, then asked for again as not found, until the bound.
-    ASSERT_FALSE(extractor.PromptErrors.empty());
-    EXPECT_LE(extractor.PromptErrors.size(), size_t(CCabinet::MaxMemberPrompts));
-    EXPECT_EQ(0, extractor.PromptErrors[0]);
-    EXPECT_EQ(0, std::count(extractor.PromptErrors.begin() + 1, extractor.PromptErrors.end(), 0));
-    EXPECT_EQ("span1.cab", extractor.PromptCabinets.back());
-    EXPECT_EQ(small, ReadText(target + "small.bin"));
-    EXPECT_EQ((std::vector<std::string>{"small.bin"}), PopAll(extractor));
-    EXPECT_FALSE(PathExists(target + "big.bin"));
 }
 
 }  // namespace
