@@ -14,6 +14,8 @@
 #                              line of text; cabset spreads them over two
 #   put BUILT PATH             a file of BINDIR at a Windows path
 #   rundll MFG MODEL PRINTER   rundll32 tovrel.dll,Repair_RunDll /INF ...
+#   open INF                   rundll with an INF of the source tree and the
+#                              demonstration model's names
 #   call ENTRY TEXT            rundll32 tovrel.dll,ENTRY TEXT: the rest of the
 #                              line as it stands, quotes and all
 #   repair MFG MODEL PRINTER   Repair through repair_cli
@@ -134,6 +136,7 @@ run_step() {
     cab | cabset) make_cabinet "$verb" "$@" ;;
     put) cp "$bin/$1" "$(new_path "$2")" && built+=("$1") ;;
     rundll) install rundll32.exe 'C:\demo\tovrel.dll,Repair_RunDll' /INF "$inf" /MFG "$1" /DRV "$2" /NAME "$3" ;;
+    open) run_step inf "$1" && run_step rundll Halvern "Plenarc Demo 600" "Plenarc Demo" ;;
     repair) (cd "$c/demo" && install repair_cli.exe "$inf" "$@") ;;
     hold) hold_library "$1" ;;
     restart)
