@@ -61,6 +61,7 @@ struct CSeenBox {
     std::string Text;
     std::vector<std::string> Buttons;
 };
-std::future<CSeenBox> AnswerBoxLater(const std::string &caption, int command, DWORD timeout = 30000);
+const DWORD BoxWait = 30000;
+std::future<CSeenBox> AnswerBoxLater(const std::string &caption, int command, DWORD timeout = BoxWait);
 
 #endif
