@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "support/handles.h"
 #include "test_support.h"
 
 namespace {
@@ -17,6 +18,7 @@ const char Wizard[] = "New Printer Wizard";
 // entry_host's exit code: 0x10 when it returned, plus 1 when the shutdown
 // privilege was enabled in its token afterwards.
 const int Returned = 0x10, PrivilegeEnabled = 0x11;
+const DWORD WinebootWait = 60000;
 
 // Under Wine a restart request starts wineboot, which asks the windows of
 // every process to end the session and then carries out what was left for
@@ -24,18 +26,13 @@ const int Returned = 0x10, PrivilegeEnabled = 0x11;
 // found a window of ours.
 void WaitForWineboot()
 {
-    std::vector<HANDLE> running;
-    HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    CFileHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
     PROCESSENTRY32 entry = {};
     entry.dwSize = sizeof entry;
-    for (BOOL more = Process32First(snapshot, &entry); more; more = Process32Next(snapshot, &entry))
-        if (lstrcmpiA(entry.szExeFile, "wineboot.exe") == 0)
-            if (HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, entry.th32ProcessID))
-                running.push_back(process);
-    CloseHandle(snapshot);
-    for (HANDLE process : running) {
-        EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(process, 60000));
-        CloseHandle(process);
+    for (BOOL more = Process32First(snapshot.Get(), &entry); more; more = Process32Next(snapshot.Get(), &entry)) {
+        CKernelHandle process(lstrcmpiA(entry.szExeFile, "wineboot.exe") == 0
+                                  ? OpenProcess(SYNCHRONIZE, FALSE, entry.th32ProcessID) : NULL);
+        EXPECT_TRUE(!process.IsValid() || WaitForSingleObject(process.Get(), WinebootWait) == WAIT_OBJECT_0);
     }
 }
 

@@ -2,11 +2,13 @@
 
 #include <string>
 
+#include "support/handles.h"
 #include "test_support.h"
 
 namespace {
 
 typedef void(CALLBACK *RunDllProc)(HWND, HINSTANCE, const char *, int);
+const DWORD NoBoxWait = 500;  // long enough for a box that should not come
 
 const char HelpText[] =
     "Help on using this function\n\n"
@@ -24,37 +26,35 @@ const char HelpText[] =
 // the INF means the three keys arrived, none empty, with the INF path as given.
 TEST(RepairRunDll, HelpBoxOrTheKeysReachRepair)
 {
-    HMODULE module = LoadLibraryA((BinaryDirectory() + "tovrel.dll").c_str());
-    ASSERT_NE((HMODULE)NULL, module);
-    char caption[MAX_PATH] = {0};
-    GetModuleFileNameA(module, caption, sizeof caption);
-    RunDllProc entry = reinterpret_cast<RunDllProc>(reinterpret_cast<void *>(GetProcAddress(module, "Repair_RunDll")));
+    const std::string path = BinaryDirectory() + "tovrel.dll";  // also the box's caption
+    CLibrary module(LoadLibraryA(path.c_str()));
+    auto entry = reinterpret_cast<RunDllProc>(reinterpret_cast<void *>(GetProcAddress(module.Get(), "Repair_RunDll")));
     ASSERT_NE(nullptr, entry);
     const std::string dir = "C:\\tovrel tests dir\\";
     CreateDirectoryA(dir.c_str(), NULL);
     // Any file with a section loads; what Open checks after the load does not matter here.
     WriteText(dir + "laser.inf", "[Version]\r\nSignature=\"$Windows NT$\"\r\n");
-    const std::string keys = " /MFG Acme /DRV \"Acme Laser 2000\" /NAME AL2K";
+    const std::string missing = "/INF C:\\missing\\a.inf", keys = " /MFG Acme /DRV \"Acme Laser 2000\" /NAME AL2K";
     const struct {
         std::string Arguments;
-        int Show;
         bool Box, OpenFails;
+        int Show = SW_SHOWNORMAL;
     } cases[] = {
-        {"/?", 1, true, false},
-        {"help", SW_SHOWNORMAL, true, false},
-        {"/INF C:\\missing\\a.inf /MFG Acme /DRV Acme /help", 1, true, false},
-        {"/?", 0, false, false},
-        {"   ", 1, false, false},
-        {"/INF C:\\missing\\a.inf" + keys, 1, false, true},
-        {"/inf C:\\missing\\a.inf /mfg Acme /drv Acme", 1, false, true},
-        {"/INF C:\\missing\\a.inf /DRV Acme /NAME AL2K", 1, false, false},
-        {"/INF C:\\missing\\a.inf /MFG /DRV Acme", 1, false, false},
-        {"/INF C:\\missing\\a.inf /MFG \"\" /DRV Acme", 1, false, false},
-        {"/INF \"" + dir + "laser.inf\"" + keys, 1, false, false},
-        {"/INF " + dir + "laser.inf" + keys, 1, false, true},  // the blank cuts the path
+        {"/?", true, false},
+        {"help", true, false},
+        {missing + " /MFG Acme /DRV Acme /help", true, false},
+        {"/?", false, false, SW_HIDE},
+        {"   ", false, false},
+        {missing + keys, false, true},
+        {"/inf C:\\missing\\a.inf /mfg Acme /drv Acme", false, true},
+        {missing + " /DRV Acme /NAME AL2K", false, false},
+        {missing + " /MFG /DRV Acme", false, false},
+        {missing + " /MFG \"\" /DRV Acme", false, false},
+        {"/INF \"" + dir + "laser.inf\"" + keys, false, false},
+        {"/INF " + dir + "laser.inf" + keys, false, true},  // the blank cuts the path
     };
     for (const auto &c : cases) {
-        std::future<CSeenBox> answer = AnswerBoxLater(caption, IDOK, c.Box ? 30000 : 500);
+        std::future<CSeenBox> answer = AnswerBoxLater(path, IDOK, c.Box ? BoxWait : NoBoxWait);
         CDebugOutputCapture capture;
         entry(NULL, NULL, c.Arguments.c_str(), c.Show);
         CSeenBox box = answer.get();
@@ -64,7 +64,6 @@ TEST(RepairRunDll, HelpBoxOrTheKeysReachRepair)
         EXPECT_EQ(c.OpenFails, capture.Text().find("CPrinterInf::Open,failure,Unable to open the file") !=
                                    std::string::npos) << c.Arguments;
     }
-    FreeLibrary(module);
 }
 
 }  // namespace

@@ -10,74 +10,66 @@
 namespace {
 
 std::vector<std::pair<std::string, LPARAM>> Closed;
-int Broadcasts;
+size_t Broadcasts;
 UINT QuitMessage;
 
 LRESULT CALLBACK RecordingProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     char name[64] = {0};
     GetClassNameA(window, name, sizeof name);
-    if (message == WM_CLOSE) {
-        Closed.push_back({name, lParam});
-        return 0;  // a tool that refuses to close
-    }
-    if (message == QuitMessage) {
+    if (message == WM_CLOSE)
+        Closed.push_back({name, lParam});  // and refuses to close, as a busy tool may
+    else if (message == QuitMessage)
         ++Broadcasts;
-        return 0;
-    }
-    return DefWindowProcA(window, message, wParam, lParam);
+    else
+        return DefWindowProcA(window, message, wParam, lParam);
+    return 0;
 }
 
-const char *const Classes[] = {
-    "QelRemoverFrameClass", "QelMonitorFrameClass", "QelJobStateClass", "QelSetupHostClass", "QelLinkFrameClass",
-    "QelQueueHostClass",    "QelNoticeClass",       "QELCOVERDLGCLASS", "QELP",              "UnrelatedTool",
-};
-
-// Makes one window of each named class, runs CloseSiblingWindows and lets
-// the posted broadcast arrive.
-void CloseAmong(const std::vector<const char *> &names)
-{
-    Closed.clear();
-    Broadcasts = 0;
-    std::vector<HWND> windows;
-    for (const char *name : names) {
-        windows.push_back(CreateWindowA(name, name, WS_OVERLAPPED, 0, 0, 10, 10, NULL, NULL,
-                                         GetModuleHandleA(NULL), NULL));
-        EXPECT_NE((HWND)NULL, windows.back()) << name;
-    }
-    CloseSiblingWindows();
-    MSG msg;
-    while (PeekMessageA(&msg, NULL, 0, 0, PM_REMOVE))
-        DispatchMessageA(&msg);
-    for (HWND window : windows)
-        DestroyWindow(window);
-}
-
+// One window of each class made, CloseSiblingWindows run and its posted
+// broadcast let arrive. Made in reverse so that creation order cannot explain
+// the close order; a second notice window is not asked.
 TEST(SiblingWindows, ClosesOneWindowOfEachClassInOrderThenBroadcasts)
 {
+    const char *const order[] = {"QelRemoverFrameClass", "QelMonitorFrameClass", "QelJobStateClass",
+                                 "QelSetupHostClass",    "QelLinkFrameClass",    "QelQueueHostClass",
+                                 "QelNoticeClass",       "QELCOVERDLGCLASS",     "QELP"};
+    const struct {
+        std::vector<const char *> Made;
+        size_t Closed;
+    } cases[] = {
+        {{"UnrelatedTool", "QelNoticeClass", "QELP", "QELCOVERDLGCLASS", "QelNoticeClass", "QelQueueHostClass",
+          "QelLinkFrameClass", "QelSetupHostClass", "QelJobStateClass", "QelMonitorFrameClass", "QelRemoverFrameClass"},
+         9},
+        {{"UnrelatedTool"}, 0},
+    };
     QuitMessage = RegisterWindowMessageA("QelRemoverQuit");
-    for (const char *name : Classes) {
-        WNDCLASSA wc = {};
-        wc.lpfnWndProc = RecordingProc;
-        wc.hInstance = GetModuleHandleA(NULL);
-        wc.lpszClassName = name;
-        ASSERT_NE(0, RegisterClassA(&wc)) << name;
+    const HINSTANCE instance = GetModuleHandleA(NULL);
+    for (const auto &c : cases) {
+        Closed.clear();
+        Broadcasts = 0;
+        std::vector<HWND> windows;
+        for (const char *name : c.Made) {
+            WNDCLASSA wc = {};
+            wc.lpfnWndProc = RecordingProc;
+            wc.hInstance = instance;
+            wc.lpszClassName = name;
+            RegisterClassA(&wc);  // fails harmlessly for a class made before
+            windows.push_back(CreateWindowA(name, name, WS_OVERLAPPED, 0, 0, 10, 10, NULL, NULL, instance, NULL));
+            EXPECT_NE((HWND)NULL, windows.back()) << name;
+        }
+        CloseSiblingWindows();
+        for (MSG msg; PeekMessageA(&msg, NULL, 0, 0, PM_REMOVE);)
+            DispatchMessageA(&msg);
+        ASSERT_EQ(c.Closed, Closed.size());
+        for (size_t i = 0; i < Closed.size(); ++i) {
+            EXPECT_EQ(order[i], Closed[i].first);
+            EXPECT_EQ(Closed[i].first == "QELP" ? 1 : 0, Closed[i].second) << order[i];
+        }
+        EXPECT_EQ(c.Made.size(), Broadcasts) << "every top-level window gets the broadcast";
+        for (HWND window : windows)
+            DestroyWindow(window);
     }
-    // Made in reverse so that creation order cannot explain the close order;
-    // a second notice window is not asked.
-    CloseAmong({"UnrelatedTool", "QelNoticeClass", "QELP", "QELCOVERDLGCLASS", "QelNoticeClass", "QelQueueHostClass",
-                "QelLinkFrameClass", "QelSetupHostClass", "QelJobStateClass", "QelMonitorFrameClass",
-                "QelRemoverFrameClass"});
-    ASSERT_EQ(9u, Closed.size());
-    for (int i = 0; i < 9; ++i) {
-        EXPECT_EQ(Classes[i], Closed[i].first);
-        EXPECT_EQ(i == 8 ? 1 : 0, Closed[i].second) << Classes[i];
-    }
-    EXPECT_EQ(11, Broadcasts) << "every top-level window gets the broadcast";
-
-    CloseAmong({"UnrelatedTool"});
-    EXPECT_TRUE(Closed.empty());
-    EXPECT_EQ(1, Broadcasts);
 }
 
 }  // namespace

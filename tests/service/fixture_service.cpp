@@ -3,6 +3,7 @@
 // C:\tovrel-svc\<service name>.args.
 #include <windows.h>
 
+#include <fstream>
 #include <string>
 
 namespace {
@@ -10,6 +11,7 @@ namespace {
 SERVICE_STATUS_HANDLE StatusHandle;
 SERVICE_STATUS Status;
 HANDLE StopEvent;
+const DWORD StopAnswerTime = 500;
 
 void Report(DWORD state)
 {
@@ -17,45 +19,30 @@ void Report(DWORD state)
     SetServiceStatus(StatusHandle, &Status);
 }
 
+// Stopped at once, so that a start right behind the stop finds the service
+// stopped rather than still stopping.
 DWORD WINAPI Handler(DWORD control, DWORD, void *, void *)
 {
-    switch (control) {
-    case SERVICE_CONTROL_STOP:
-        // Stopped at once, so that a start right behind the stop finds the
-        // service stopped rather than still stopping.
-        Report(SERVICE_STOPPED);
+    Report(control == SERVICE_CONTROL_STOP       ? SERVICE_STOPPED
+           : control == SERVICE_CONTROL_PAUSE    ? SERVICE_PAUSED
+           : control == SERVICE_CONTROL_CONTINUE ? SERVICE_RUNNING
+                                                 : Status.dwCurrentState);
+    if (control == SERVICE_CONTROL_STOP)
         SetEvent(StopEvent);
-        break;
-    case SERVICE_CONTROL_PAUSE:
-        Report(SERVICE_PAUSED);
-        break;
-    case SERVICE_CONTROL_CONTINUE:
-        Report(SERVICE_RUNNING);
-        break;
-    default:
-        Report(Status.dwCurrentState);
-        break;
-    }
     return NO_ERROR;
 }
 
 void WINAPI ServiceMain(DWORD argc, char **argv)
 {
-    const char *name = argc > 0 ? argv[0] : "";
-    StatusHandle = RegisterServiceCtrlHandlerExA(name, Handler, NULL);
+    const std::string name = argc > 0 ? argv[0] : "";
+    StatusHandle = RegisterServiceCtrlHandlerExA(name.c_str(), Handler, NULL);
     if (!StatusHandle)
         return;
-    std::string record;
-    for (DWORD i = 1; i < argc; ++i)
-        record += std::string(argv[i]) + "\n";
     CreateDirectoryA("C:\\tovrel-svc", NULL);
-    HANDLE file = CreateFileA(("C:\\tovrel-svc\\" + std::string(name) + ".args").c_str(), GENERIC_WRITE, 0, NULL,
-                              CREATE_ALWAYS, 0, NULL);
-    if (file != INVALID_HANDLE_VALUE) {
-        DWORD written = 0;
-        WriteFile(file, record.data(), static_cast<DWORD>(record.size()), &written, NULL);
-        CloseHandle(file);
-    }
+    std::ofstream record(("C:\\tovrel-svc\\" + name + ".args").c_str(), std::ios::binary | std::ios::trunc);
+    for (DWORD i = 1; i < argc; ++i)
+        record << argv[i] << "\n";
+    record.close();
     StopEvent = CreateEventA(NULL, TRUE, FALSE, NULL);
     Status.dwServiceType = SERVICE_WIN32_OWN_PROCESS;
     Status.dwControlsAccepted = SERVICE_ACCEPT_STOP | SERVICE_ACCEPT_PAUSE_CONTINUE;
@@ -63,7 +50,7 @@ void WINAPI ServiceMain(DWORD argc, char **argv)
     WaitForSingleObject(StopEvent, INFINITE);
     // Ending the process at once could cut off the answer to the stop
     // request, which the control thread is still sending.
-    Sleep(500);
+    Sleep(StopAnswerTime);
 }
 
 }  // namespace

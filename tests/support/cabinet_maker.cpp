@@ -1,40 +1,39 @@
 #include "cabinet_maker.h"
 
-#include <cstring>
+#include <fstream>
 
 namespace {
 
-void PutWord(std::string &out, unsigned value)
-{
-    out += static_cast<char>(value & 0xFF);
-    out += static_cast<char>((value >> 8) & 0xFF);
-}
+// The fixed parts of the header, a folder entry, a file entry and a data block's header.
+const unsigned long HeaderSize = 36, FolderSize = 8, FileEntrySize = 16, BlockHeaderSize = 8;
+const size_t MaxFolderData = 0x8000;
+const unsigned HasPrevious = 1, HasNext = 2, Version = 0x0103, SetId = 4242, ContinuedToNext = 0xFFFE;
+const int Word = 2, Long = 4;
 
-void PutLong(std::string &out, unsigned long value)
+// Little-endian, in the field's width.
+void Put(std::string &out, unsigned long value, int width)
 {
-    PutWord(out, value & 0xFFFF);
-    PutWord(out, (value >> 16) & 0xFFFF);
+    for (int i = 0; i < width; ++i, value >>= 8)
+        out += static_cast<char>(value & 0xFF);
 }
 
 }  // namespace
 
 std::string StoredCabinetBytes(const std::vector<CStoredFile> &files, const CStoredSetPlace &place)
 {
-    unsigned flags = 0;
-    std::string links;
-    if (!place.PreviousCabinet.empty()) {
-        flags |= 1;
+    const unsigned flags =
+        (place.PreviousCabinet.empty() ? 0 : HasPrevious) | (place.NextCabinet.empty() ? 0 : HasNext);
+    std::string links, data;
+    if (flags & HasPrevious)
         links += place.PreviousCabinet + '\0' + place.PreviousDisk + '\0';
-    }
-    if (!place.NextCabinet.empty()) {
-        flags |= 2;
+    if (flags & HasNext)
         links += place.NextCabinet + '\0' + place.NextDisk + '\0';
-    }
-
-    std::string data;
-    for (const CStoredFile &file : files)
+    unsigned long filesSize = 0;
+    for (const CStoredFile &file : files) {
         data += file.Content;
-    if (data.size() > 0x8000)
+        filesSize += FileEntrySize + file.Stored.size() + 1;
+    }
+    if (data.size() > MaxFolderData)
         return std::string();
 
     // A last file that runs on ends the folder in a block split into the next
@@ -45,49 +44,37 @@ std::string StoredCabinetBytes(const std::vector<CStoredFile> &files, const CSto
         blocks.push_back(data.size() - files.back().Content.size());
     if (!files.empty())
         blocks.push_back(data.size() - (blocks.empty() ? 0 : blocks[0]));
-    const unsigned long headerSize = 36 + links.size();
-    const unsigned long folderSize = files.empty() ? 0 : 8;
-    unsigned long filesSize = 0;
-    for (const CStoredFile &file : files)
-        filesSize += 16 + file.Stored.size() + 1;
-    const unsigned long dataStart = headerSize + folderSize + filesSize;
-    const unsigned long total = dataStart + 8 * blocks.size() + data.size();
-
+    const unsigned long filesStart = HeaderSize + links.size() + (files.empty() ? 0 : FolderSize);
+    const unsigned long dataStart = filesStart + filesSize;
+    // Size, first file entry, version, folders, files, flags, set and place in it; the zeros are reserved.
+    const unsigned long header[][2] = {
+        {0, Long}, {dataStart + BlockHeaderSize * blocks.size() + data.size(), Long}, {0, Long}, {filesStart, Long},
+        {0, Long}, {Version, Word}, {files.empty() ? 0u : 1u, Word}, {files.size(), Word}, {flags, Word},
+        {SetId, Word}, {place.Index, Word}};
     std::string out = "MSCF";
-    PutLong(out, 0);
-    PutLong(out, total);
-    PutLong(out, 0);
-    PutLong(out, headerSize + folderSize);
-    PutLong(out, 0);
-    out += '\3';
-    out += '\1';
-    PutWord(out, files.empty() ? 0 : 1);
-    PutWord(out, static_cast<unsigned>(files.size()));
-    PutWord(out, flags);
-    PutWord(out, 4242);  // set id
-    PutWord(out, place.Index);
+    for (const auto &field : header)
+        Put(out, field[0], static_cast<int>(field[1]));
     out += links;
     if (!files.empty()) {
-        PutLong(out, dataStart);
-        PutWord(out, static_cast<unsigned>(blocks.size()));
-        PutWord(out, 0);  // stored
+        Put(out, dataStart, Long);
+        Put(out, blocks.size(), Word);
+        Put(out, 0, Word);  // stored
     }
     unsigned long offset = 0;
     for (const CStoredFile &file : files) {
-        PutLong(out, file.RunsOnTo ? file.RunsOnTo : file.Content.size());
-        PutLong(out, offset);
-        PutWord(out, runsOn && &file == &files.back() ? 0xFFFE : 0);  // continued to the next member
-        PutWord(out, file.Date);
-        PutWord(out, file.Time);
-        PutWord(out, file.Attributes);
-        out += file.Stored;
-        out += '\0';
+        Put(out, file.RunsOnTo ? file.RunsOnTo : file.Content.size(), Long);
+        Put(out, offset, Long);
+        Put(out, runsOn && &file == &files.back() ? ContinuedToNext : 0, Word);
+        Put(out, file.Date, Word);
+        Put(out, file.Time, Word);
+        Put(out, file.Attributes, Word);
+        out += file.Stored + '\0';
         offset += file.Content.size();
     }
     for (size_t i = 0, at = 0; i < blocks.size(); at += blocks[i++]) {
-        PutLong(out, 0);  // no checksum
-        PutWord(out, static_cast<unsigned>(blocks[i]));
-        PutWord(out, runsOn && i + 1 == blocks.size() ? 0 : static_cast<unsigned>(blocks[i]));
+        Put(out, 0, Long);  // no checksum
+        Put(out, blocks[i], Word);
+        Put(out, runsOn && i + 1 == blocks.size() ? 0 : blocks[i], Word);
         out += data.substr(at, blocks[i]);
     }
     return out;
@@ -95,14 +82,7 @@ std::string StoredCabinetBytes(const std::vector<CStoredFile> &files, const CSto
 
 bool WriteStoredCabinet(const std::string &path, const std::vector<CStoredFile> &files, const CStoredSetPlace &place)
 {
-    std::string out = StoredCabinetBytes(files, place);
-    if (out.empty())
-        return false;
-    HANDLE file = CreateFileA(path.c_str(), GENERIC_WRITE, 0, NULL, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, NULL);
-    if (file == INVALID_HANDLE_VALUE)
-        return false;
-    DWORD written = 0;
-    BOOL ok = WriteFile(file, out.data(), static_cast<DWORD>(out.size()), &written, NULL);
-    CloseHandle(file);
-    return ok && written == out.size();
+    const std::string bytes = StoredCabinetBytes(files, place);
+    return !bytes.empty() &&
+           std::ofstream(path.c_str(), std::ios::binary | std::ios::trunc).write(bytes.data(), bytes.size()).good();
 }

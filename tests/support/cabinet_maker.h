@@ -12,18 +12,12 @@
 // the previous or next member from the header.
 struct CStoredSetPlace {
     USHORT Index;
-    std::string PreviousCabinet;
-    std::string PreviousDisk;
-    std::string NextCabinet;
-    std::string NextDisk;
+    std::string PreviousCabinet, PreviousDisk, NextCabinet, NextDisk;
 };
 
 struct CStoredFile {
-    std::string Stored;
-    std::string Content;
-    USHORT Date;
-    USHORT Time;
-    USHORT Attributes;
+    std::string Stored, Content;
+    USHORT Date, Time, Attributes;
     ULONG RunsOnTo = 0;  // over Content's size: the file runs on into the next member
 };
 

@@ -4,6 +4,7 @@
 #define TOVREL_TESTS_TEST_SUPPORT_H
 
 #include <windows.h>
+#include <shlwapi.h>
 
 #include <future>
 #include <string>
@@ -13,7 +14,7 @@
 std::string ScratchDirectory();
 void WriteText(const std::string &path, const std::string &bytes);
 std::string ReadText(const std::string &path);
-bool PathExists(const std::string &path);
+inline bool PathExists(const std::string &path) { return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 void DeleteTree(const std::string &path);
 // The directory of the running test program, where the build puts tovrel.dll
 // and the fixture binaries; ends in a backslash.
@@ -26,15 +27,14 @@ class CPrinterInf;
 void LoadModelInf(CPrinterInf &printer, const std::string &path, const std::string &sections);
 
 struct CStoredValue {
-    bool Exists = false;
-    DWORD Type = 0;
+    DWORD Type = 0;  // 0 when the value or its key is missing
     std::string Data;  // the stored bytes, NULs included
 };
 CStoredValue ReadStoredValue(HKEY root, const std::string &key, const char *name);
 // Value names of a key as the registry enumerates them; empty if the key is missing.
 std::vector<std::string> StoredValueNames(HKEY root, const std::string &key);
 bool KeyExists(HKEY root, const std::string &key);
-void DeleteKeyTree(HKEY root, const std::string &key);
+inline void DeleteKeyTree(HKEY root, const std::string &key) { SHDeleteKeyA(root, key.c_str()); }
 
 // Runs a command line and gives its exit code, -1 when it did not start or end.
 int RunProcess(const std::string &commandLine);
@@ -45,7 +45,6 @@ public:
     CDebugOutputCapture();
     ~CDebugOutputCapture();
     std::string Text() const { return Captured; }
-    void Clear() { Captured.clear(); }
 
 private:
     CDebugOutputCapture(const CDebugOutputCapture &);
@@ -62,6 +61,7 @@ struct CSeenBox {
     std::string Text;
     std::vector<std::string> Buttons;
 };
-std::future<CSeenBox> AnswerBoxLater(const std::string &caption, int command, DWORD timeout = 30000);
+const DWORD BoxWait = 30000;
+std::future<CSeenBox> AnswerBoxLater(const std::string &caption, int command, DWORD timeout = BoxWait);
 
 #endif
