@@ -11,7 +11,7 @@ const unsigned Version = 0x0103, SetId = 4242;
 const int Word = 2, Long = 4;
 
 // Little-endian, in the field's width.
-void Put(std::string &out, unsigned long value, int width)
+void Put(std::string &out, size_t value, int width)
 {
     for (int i = 0; i < width; ++i, value >>= 8)
         out += static_cast<char>(value & 0xFF);
@@ -32,7 +32,7 @@ std::string StoredCabinetBytes(const std::vector<CStoredFile> &files)
     const unsigned long folders = files.empty() ? 0 : 1, filesStart = HeaderSize + folders * FolderSize;
     const unsigned long dataStart = filesStart + filesSize;
     // Size, first file entry, version, folders, files, flags, set and place in it; the zeros are reserved.
-    const unsigned long header[][2] = {
+    const size_t header[][2] = {
         {0, Long}, {dataStart + folders * BlockHeaderSize + data.size(), Long}, {0, Long}, {filesStart, Long},
         {0, Long}, {Version, Word}, {folders, Word}, {files.size(), Word}, {0, Word}, {SetId, Word}, {0, Word}};
     std::string out = "MSCF";
