@@ -55,13 +55,12 @@ TEST(RepairRunDll, HelpBoxOrTheKeysReachRepair)
     };
     for (const auto &c : cases) {
         std::future<CSeenBox> answer = AnswerBoxLater(path, IDOK, c.Box ? BoxWait : NoBoxWait);
-        CDebugOutputCapture capture;
-        entry(NULL, NULL, c.Arguments.c_str(), c.Show);
+        const std::string output = DebugOutputOf([&] { entry(NULL, NULL, c.Arguments.c_str(), c.Show); });
         CSeenBox box = answer.get();
         EXPECT_EQ(c.Box, box.Found) << c.Arguments << " show " << c.Show;
         EXPECT_EQ(c.Box ? HelpText : "", box.Text) << c.Arguments;
         EXPECT_EQ(c.Box ? 1u : 0u, box.Buttons.size()) << "an information box has OK only";
-        EXPECT_EQ(c.OpenFails, capture.Text().find("CPrinterInf::Open,failure,Unable to open the file") !=
+        EXPECT_EQ(c.OpenFails, output.find("CPrinterInf::Open,failure,Unable to open the file") !=
                                    std::string::npos) << c.Arguments;
     }
 }

@@ -8,25 +8,16 @@
 #include <string>
 #include <vector>
 
-// Where a hand-written cabinet stands in its set. Names left empty leave out
-// the previous or next member from the header.
-struct CStoredSetPlace {
-    USHORT Index;
-    std::string PreviousCabinet, PreviousDisk, NextCabinet, NextDisk;
-};
-
 struct CStoredFile {
     std::string Stored, Content;
     USHORT Date, Time, Attributes;
-    ULONG RunsOnTo = 0;  // over Content's size: the file runs on into the next member
 };
 
-// One uncompressed cabinet of one folder (files up to 32 KiB together),
-// written without any library. No files gives a cabinet without folders.
-// The same cabinet as bytes, to be damaged before it is written; empty when
-// the files are too large.
-std::string StoredCabinetBytes(const std::vector<CStoredFile> &files, const CStoredSetPlace &place = CStoredSetPlace());
-bool WriteStoredCabinet(const std::string &path, const std::vector<CStoredFile> &files,
-                        const CStoredSetPlace &place = CStoredSetPlace());
+// One uncompressed cabinet, alone in its set, of one folder (files up to
+// 32 KiB together), written without any library. No files gives a cabinet
+// without folders. The same cabinet as bytes, to be damaged before it is
+// written; empty when the files are too large.
+std::string StoredCabinetBytes(const std::vector<CStoredFile> &files);
+bool WriteStoredCabinet(const std::string &path, const std::vector<CStoredFile> &files);
 
 #endif

@@ -6,6 +6,7 @@
 #include <windows.h>
 #include <shlwapi.h>
 
+#include <functional>
 #include <future>
 #include <string>
 #include <vector>
@@ -39,19 +40,8 @@ inline void DeleteKeyTree(HKEY root, const std::string &key) { SHDeleteKeyA(root
 // Runs a command line and gives its exit code, -1 when it did not start or end.
 int RunProcess(const std::string &commandLine);
 
-// Captures what this process sends to OutputDebugStringA while it lives.
-class CDebugOutputCapture {
-public:
-    CDebugOutputCapture();
-    ~CDebugOutputCapture();
-    std::string Text() const { return Captured; }
-
-private:
-    CDebugOutputCapture(const CDebugOutputCapture &);
-    static LONG CALLBACK OnException(EXCEPTION_POINTERS *pointers);
-    std::string Captured;
-    void *Handler;
-};
+// What this process sends to OutputDebugStringA while call runs.
+std::string DebugOutputOf(const std::function<void()> &call);
 
 // Message boxes: a box is found by its caption (class "#32770", in any process
 // of the prefix), read and answered with a button's command on a thread of its
