@@ -19,14 +19,6 @@ const char Models[] =
     "[Manufacturer]\r\nAcme=AcmeModels\r\n[AcmeModels]\r\n\"Laser 5\" = Inst5,LPTENUM\\AcmeLaser5\r\n";
 const std::string Offers5 = PrinterInf(ClassPrinter, Models);
 
-void SetString(const char *key, const char *name, const std::string &value)
-{
-    HKEY handle;
-    ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExA(HKEY_LOCAL_MACHINE, key, 0, NULL, 0, KEY_ALL_ACCESS, NULL, &handle, NULL));
-    RegSetValueExA(handle, name, 0, REG_SZ, reinterpret_cast<const BYTE *>(value.c_str()), value.size() + 1);
-    RegCloseKey(handle);
-}
-
 TEST(MatchInf, ClassModelAndManufacturer)
 {
     std::string longSection = "[Manufacturer]\r\nAcme=Long\r\n[Long]\r\n";
@@ -66,41 +58,6 @@ TEST(MatchInf, ClassModelAndManufacturer)
         if (c.Manufacturer) {
             EXPECT_STREQ(c.Manufacturer, manufacturer.Text) << c.Text;
         }
-    }
-}
-
-TEST(ReadDeviceKeyWin98, ValuesAndThePortOfTheInstance)
-{
-    const char Laser[] = "Enum\\LPTENUM\\ACMELASER5\\ROOT&PRINTER&0000";
-    const struct {
-        const char *Key, *Name, *Value;
-    } values[] = {
-        {Laser, "Class", "Printer"}, {Laser, "DeviceDesc", "Laser 5"}, {Laser, "HardwareID", "LPTENUM\\ACMELASER5"},
-        {Laser, "Manufacturer", "Acme"}, {Laser, "Model", "Laser 5 Model"},
-        {"Enum\\ROOT\\PRINTER\\0000", "PortName", "LPT2:"},
-        {"Enum\\LPTENUM\\BARE\\LPT&0001", "HardwareID", "LPTENUM\\BARE"},
-    };
-    for (const auto &v : values)
-        SetString(v.Key, v.Name, v.Value);
-    const struct {
-        const char *Key;
-        int Result;
-        const char *Out[6];
-    } cases[] = {
-        {Laser, 1, {"Printer", "Laser 5", "LPTENUM\\ACMELASER5", "Acme", "Laser 5 Model", "LPT2:"}},
-        // Missing values empty their texts; a port device that is not there
-        // leaves the port as it was.
-        {"Enum\\LPTENUM\\BARE\\LPT&0001", 1, {"", "", "LPTENUM\\BARE", "", "", "before"}},
-        {"Enum\\LPTENUM\\NOSUCHDEVICE\\0000", 0, {"before", "before", "before", "before", "before", "before"}},
-    };
-    for (const auto &c : cases) {
-        char out[6][MAX_PATH];
-        for (auto &text : out)
-            lstrcpyA(text, "before");
-        EXPECT_EQ(c.Result, CPrinterInf::ReadDeviceKey(CBoundedString(c.Key), out[0], out[1], out[2], out[3],
-                                                       out[4], out[5])) << c.Key;
-        for (int i = 0; i < 6; ++i)
-            EXPECT_STREQ(c.Out[i], out[i]) << c.Key << " output " << i;
     }
 }
 

@@ -100,9 +100,10 @@ make_cabinet() {
 }
 
 # A RunDll entry given its text exactly: Wine would quote the words of a
-# command line anew, so the line goes through a batch file.
+# command line anew, so the line goes through a batch file, where an & must
+# be escaped to stay in the text.
 call_entry() {
-    printf '@rundll32.exe C:\\demo\\tovrel.dll,%s\r\n' "$1" >"$c/demo/call.bat"
+    printf '@rundll32.exe C:\\demo\\tovrel.dll,%s\r\n' "${1//&/^&}" >"$c/demo/call.bat"
     install cmd.exe /c 'C:\demo\call.bat'
 }
 
