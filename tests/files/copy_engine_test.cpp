@@ -82,21 +82,4 @@ TEST(CopyEngine, TargetsPastTheLimitAreRefusedNotCut)
     }
 }
 
-// The walk passes over what it cannot place and ends at an empty element: deep
-// (two missing levels, one is made), nodest (no destination: DefaultDestDir is
-// not for cabinets), gone (no file); a blank element names no cabinet and the
-// walk goes on; late comes after the empty element.
-TEST(CopyEngine, TheCabinetWalkSkipsWhatItCannotPlaceAndStopsAtAnEmptyElement)
-{
-    const std::string root = ScratchDirectory() + "root\\";
-    CopyStage(root, "CopyCabs=deep.cab,nodest.cab,gone.cab, ,after.cab,,late.cab\r\n",
-              "deep=10,absentlevel\\second\r\ngone=10,goneDir\r\nlate=10,walkB\r\nafter=10\r\n",
-              {{"deep", "deep.txt"}, {"nodest", "nodest.txt"}, {"late", "late.txt"}, {"after", "after.txt"}});
-    EXPECT_FALSE(PathExists(root + "absentlevel\\second\\deep.txt"));
-    EXPECT_FALSE(PathExists(root + "nodest.txt"));
-    EXPECT_FALSE(PathExists(root + "walkB\\late.txt"));
-    EXPECT_EQ("x", ReadText(root + "after.txt"));
-    EXPECT_EQ((std::set<std::string>{root + "absentlevel\\second\\deep.txt", root + "after.txt"}), Recorded());
-}
-
 }  // namespace
