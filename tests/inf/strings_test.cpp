@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -123,41 +122,6 @@ TEST_F(Strings, GetValue)
         EXPECT_EQ(c.Result, Inf.GetValue(c.Section, c.Key, out, c.Default)) << label;
         EXPECT_STREQ(c.Out, out) << label;
     }
-}
-
-TEST(StringsWide, ASixteenBitFileIsEmptyToTheStoreButReadByTheProfileCalls)
-{
-    std::string path = ScratchDirectory() + "wide.inf";
-    std::string bytes("\xff\xfe", 2);
-    for (const char *p = "[Strings]\r\nName=Wide\r\n[S]\r\nk=%Name%\r\n"; *p; ++p)
-        bytes += std::string(1, *p) + '\0';
-    WriteText(path, bytes);
-    CInfFile inf;
-    inf.Load(path.c_str());
-    char out[260] = "keep";
-    EXPECT_EQ(0, inf.GetValue("S", "k", out, ""));
-    EXPECT_STREQ("keep", out);
-    EXPECT_EQ(4, inf.ExpandToken("%Name%", out, path.c_str()));
-    EXPECT_STREQ("Wide", out);
-}
-
-// Registered a second time with LC_ALL=de_DE.UTF-8, where Wine starts the
-// thread in locale 0x0407; skipped under any other locale.
-TEST(StringsProcessLocale, GermanProcessReadsThePrimaryLanguageSection)
-{
-    const char *lang = getenv("LC_ALL");
-    if (!lang || std::string(lang).compare(0, 5, "de_DE") != 0)
-        GTEST_SKIP() << "LC_ALL=" << (lang ? lang : "");
-    ASSERT_EQ(0x0407u, GetThreadLocale());
-    std::string path = ScratchDirectory() + "de.inf";
-    WriteText(path, StringsInf);
-    CInfFile inf;
-    ASSERT_EQ(1, inf.Load(path.c_str()));
-    char out[260] = "";
-    EXPECT_NE(0, inf.ExpandToken("%German%", out, nullptr));
-    EXPECT_STREQ("Deutsch", out);
-    EXPECT_NE(0, inf.ExpandToken("%Both%", out, path.c_str()));
-    EXPECT_STREQ("from 0007", out);
 }
 
 }  // namespace

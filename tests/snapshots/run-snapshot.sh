@@ -154,7 +154,7 @@ run_step() {
     keys) in_prefix reg query "$1" /s 2>&1 | tr -d '\r' | sed -E -n -e '/^HKEY/p' \
             -e 's/^    (.*)    (REG_[A-Z_]+)    .*$/    \1  \2/p' ;;
     copy) cp "$source_dir/$1" "$(new_path "$2")" ;;
-    set) export "$1" ;;
+    set) export "$1" 2>/dev/null ;;
     report) local code=0; in_prefix 'C:\demo\tovrel-report.exe' "$@" 2>&1 | tr -d '\r' || code=$?; echo "exit $code" ;;
     *) echo "snapshot: unknown step '$verb'" >&2; return 1 ;;
     esac
