@@ -19,8 +19,6 @@ const int UnbufferedOutput = (std::setvbuf(stdout, NULL, _IONBF, 0), 0);
 const DWORD ProcessTimeout = 120000;
 const DWORD BoxFillingTime = 200, BoxPollInterval = 50;
 
-std::string *Captured;  // by the running DebugOutputOf
-
 bool OpenKeyToRead(HKEY root, const std::string &key, CRegistryHandle &handle)
 {
     return RegOpenKeyExA(root, key.c_str(), 0, KEY_READ, handle.Put()) == ERROR_SUCCESS;
@@ -118,31 +116,6 @@ int RunProcess(const std::string &commandLine)
     if (WaitForSingleObject(owner.Get(), ProcessTimeout) == WAIT_OBJECT_0)
         GetExitCodeProcess(owner.Get(), &code);
     return static_cast<int>(code);
-}
-
-// Wine raises DBG_PRINTEXCEPTION_C for each OutputDebugStringA, with the
-// length (NUL counted) and the text; a vectored handler sees it first and
-// lets it go on, so the caller notices nothing.
-static LONG CALLBACK OnDebugOutput(EXCEPTION_POINTERS *pointers)
-{
-    const EXCEPTION_RECORD *record = pointers->ExceptionRecord;
-    const char *text =
-        record->NumberParameters >= 2 ? reinterpret_cast<const char *>(record->ExceptionInformation[1]) : NULL;
-    if (record->ExceptionCode == DBG_PRINTEXCEPTION_C && text && Captured)
-        Captured->append(text, strnlen(text, static_cast<size_t>(record->ExceptionInformation[0])));
-    return EXCEPTION_CONTINUE_SEARCH;
-}
-
-std::string DebugOutputOf(const std::function<void()> &call)
-{
-    std::string text;
-    Captured = &text;
-    void *handler = AddVectoredExceptionHandler(1, OnDebugOutput);
-    EXPECT_NE(nullptr, handler);
-    call();
-    RemoveVectoredExceptionHandler(handler);
-    Captured = nullptr;
-    return text;
 }
 
 static BOOL CALLBACK ReadChild(HWND child, LPARAM param)

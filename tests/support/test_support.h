@@ -6,7 +6,6 @@
 #include <windows.h>
 #include <shlwapi.h>
 
-#include <functional>
 #include <future>
 #include <string>
 #include <vector>
@@ -39,9 +38,6 @@ inline void DeleteKeyTree(HKEY root, const std::string &key) { SHDeleteKeyA(root
 
 // Runs a command line and gives its exit code, -1 when it did not start or end.
 int RunProcess(const std::string &commandLine);
-
-// What this process sends to OutputDebugStringA while call runs.
-std::string DebugOutputOf(const std::function<void()> &call);
 
 // Message boxes: a box is found by its caption (class "#32770", in any process
 // of the prefix), read and answered with a button's command on a thread of its
