@@ -25,11 +25,11 @@
 #   wine PROGRAM ARGS...       a program of the prefix (reg, sc, net ...)
 #   show PROGRAM ARGS...       the same, with what it prints and a failing exit
 #   service NAME               the service's keys and, once it settles, its state
-#   keys KEY                   the names and types under a registry key, not
-#                              the data, which reg shows only for whole values
+#   keys KEY                   the names and types under a registry key: reg
+#                              shows a value shorter than its type garbled
 #   copy FILE PATH             a file of the source tree at a Windows path
 #   set NAME=VALUE             in the environment of every later step
-#   report MODEL               tovrel-report MODEL: its lines and exit code
+#   report [--json] MODEL      tovrel-report: its lines and exit code
 set -uo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 source_dir=$(cd "$here/../.." && pwd)
