@@ -65,9 +65,11 @@ unix_path() { local p=${1#[Cc]:\\}; echo "$c/${p//\\//}"; }
 # The same, its directory made.
 new_path() { local path; path=$(unix_path "$1") && mkdir -p "$(dirname "$path")" && echo "$path"; }
 in_prefix() { timeout "$step_limit" "$TOVREL_WINE" "$@"; }
+# What a program of the prefix prints, with Unix line ends.
+printed() { in_prefix "$@" 2>&1 | tr -d '\r'; }
 # An install, with what the library wrote to the debug output.
 install() {
-    WINEDEBUG=-all,+debugstr in_prefix "$@" 2>&1 | tr -d '\r' |
+    WINEDEBUG=-all,+debugstr printed "$@" |
         sed -E 's/^.*OutputDebugStringA "(.*)"$/debug output: \1/'
 }
 
@@ -113,10 +115,10 @@ call_entry() {
 show_service() {
     local state=
     for _ in $(seq 100); do
-        state=$(in_prefix sc query "$1" 2>/dev/null | tr -d '\r' | awk '$1 == "STATE" { print $4 }')
+        state=$(printed sc query "$1" | awk '$1 == "STATE" { print $4 }')
         case $state in *PENDING) sleep 0.2 ;; *) break ;; esac
     done
-    in_prefix reg query "HKLM\\System\\CurrentControlSet\\Services\\$1" 2>/dev/null | tr -d '\r' |
+    printed reg query "HKLM\\System\\CurrentControlSet\\Services\\$1" |
         awk '/^    / && $1 != "PreshutdownTimeout"' |
         sed -E 's/^( +DependOnService +REG_MULTI_SZ +[^\\]*)\\0.*/\1/'
     echo "state ${state:-none}"
@@ -149,13 +151,13 @@ run_step() {
         in_prefix wineboot -r >/dev/null 2>&1 ;;
     delete) rm "$(unix_path "$1")" ;;
     wine) in_prefix "$@" >/dev/null 2>&1 ;;
-    show) local code=0; in_prefix "$@" 2>&1 | tr -d '\r' | sed '/^$/d' || code=$?; [ "$code" = 0 ] || echo "exit $code" ;;
+    show) local code=0; printed "$@" | sed '/^$/d' || code=$?; [ "$code" = 0 ] || echo "exit $code" ;;
     service) show_service "$1" ;;
-    keys) in_prefix reg query "$1" /s 2>&1 | tr -d '\r' | sed -E -n -e '/^HKEY/p' \
+    keys) printed reg query "$1" /s | sed -E -n -e '/^HKEY/p' \
             -e 's/^    (.*)    (REG_[A-Z_]+)    .*$/    \1  \2/p' ;;
     copy) cp "$source_dir/$1" "$(new_path "$2")" ;;
     set) export "$1" 2>/dev/null ;;
-    report) local code=0; in_prefix 'C:\demo\tovrel-report.exe' "$@" 2>&1 | tr -d '\r' || code=$?; echo "exit $code" ;;
+    report) local code=0; printed 'C:\demo\tovrel-report.exe' "$@" || code=$?; echo "exit $code" ;;
     *) echo "snapshot: unknown step '$verb'" >&2; return 1 ;;
     esac
 }
