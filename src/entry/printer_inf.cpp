@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include "entry/printer_inf.h"
+#include "files/interruption_points.h"
 
 CPrinterInf::CPrinterInf() : RebootRequired(false) {}
 
@@ -65,6 +66,7 @@ bool DiscoverAndOpen(CPrinterInf &printer, const char *printerName, CBoundedStri
 void RunStages(CPrinterInf &printer, const char *portName)
 {
     printer.CopyFiles();
+    InterruptionPoint(InterruptCopied, "");
     printer.RegisterFiles();
     printer.AddRegistry();
     printer.AddProgramGroup();

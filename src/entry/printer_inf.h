@@ -8,10 +8,13 @@
 
 #include "inf/bounded_string.h"
 #include "files/directory_ids.h"
+#include "files/leftovers.h"
 #include "inf/inf_file.h"
 
 class CFileSpec;
 class CCabinetExtractor;
+class CWorkDirectory;
+struct CStagedFile;
 
 typedef std::list<CBoundedString> CDestinationList;
 typedef std::map<CBoundedString, CDestinationList, CBoundedStringLess> CDestinationDirMap;
@@ -54,9 +57,9 @@ public:
     int InstallFile(const char *source, const char *target);
     int CollectCopyFiles(std::list<CBoundedString> *names, std::list<CBoundedString> *paths);
     int CopyFiles();
+    void ReplaceBusyFile(const CStagedFile &staged, const char *target);
     void ScheduleRenameAtRestart(const char *target);
-    void InstallCabinet(const char *name, CFileSpec &work, CCabinetExtractor &extractor,
-                        std::list<CFileSpec> &extracted);
+    void InstallCabinet(const char *name, CWorkDirectory &work, CCabinetExtractor &extractor);
 
     // The INF directory ids, resolved when the file is opened: those the INF
     // can name at once, the others on their first lookup.
@@ -98,6 +101,8 @@ public:
     CBoundedString ProgramGroupSections;
     CDirectoryIdMap DirectoryIds;
     CDestinationDirMap DestinationDirs;
+    // What killed runs left in the directories this run installs into.
+    CLeftovers Leftovers;
 };
 
 // Asks the sibling tools of the product family to quit before files change

@@ -31,14 +31,14 @@ Proc Entry(FARPROC entry)
     return reinterpret_cast<Proc>(reinterpret_cast<void *>(entry));
 }
 
-// Write-only, binary, sequential, created if missing, shared both ways. No
-// truncation: a longer existing file keeps its tail.
-const int TargetOpenFlags = _O_WRONLY | _O_BINARY | _O_SEQUENTIAL | _O_CREAT;
+// Write-only, binary, sequential, always a new file: nothing that stands at
+// the name already is ever written through. Shared both ways.
+const int TargetOpenFlags = _O_WRONLY | _O_BINARY | _O_SEQUENTIAL | _O_CREAT | _O_EXCL;
 const int TargetShareMode = _S_IREAD | _S_IWRITE;
 // What a cabinet may set of a file's attributes.
 const DWORD KeptAttributes =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
-const CCabinetTarget NoTarget = {false, -1, 0, 0};
+const CCabinetTarget NoTarget = {false, -1, 0, 0, std::string()};
 
 // The directory of a path, with its trailing separator.
 std::string DirectoryOf(const std::string &path)
@@ -98,11 +98,9 @@ INT_PTR NotifyResult(int given)
 // Whatever the cabinet calls the file and whatever an override made of it,
 // the target lies inside the destination. A name that is absolute, climbs
 // out, names a device or does not fit is refused as a missing directory
-// would be, before anything touches a file. An existing target whose
-// attributes refuse the write (read-only) has them cleared and is opened
-// again; clearing them up front would cost a lookup of a name that is
-// almost never there, which in a full directory takes longer than decoding
-// the file.
+// would be, before anything touches a file. A name that this extraction
+// made already (the same file twice) is made anew; anything else standing
+// at the name refuses the open.
 INT_PTR OpenTarget(CCabinet &cabinet, const std::string &path)
 {
     char target[MAX_PATH];
@@ -110,11 +108,19 @@ INT_PTR OpenTarget(CCabinet &cabinet, const std::string &path)
         errno = ENOENT;
         return -1;
     }
-    INT_PTR handle = CabOpen(target, TargetOpenFlags, TargetShareMode);
-    if (handle == -1 && errno == EACCES && SetFileAttributesA(target, FILE_ATTRIBUTE_NORMAL))
-        handle = CabOpen(target, TargetOpenFlags, TargetShareMode);
     cabinet.CurrentFile = target;
-    return handle;
+    INT_PTR handle = CabOpen(target, TargetOpenFlags, TargetShareMode);
+    if (handle == -1 && errno == EEXIST && cabinet.ForgetMadeFile(target))
+        handle = CabOpen(target, TargetOpenFlags, TargetShareMode);
+    CFileIdentity identity;
+    if (handle == -1 || IdentityOf(reinterpret_cast<HANDLE>(handle), identity)) {
+        if (handle != -1)
+            cabinet.MadeFiles[target] = identity;
+        return handle;
+    }
+    CabClose(handle);
+    errno = EBADF;
+    return -1;
 }
 
 INT_PTR OnCopyFileNotification(CCabinet &cabinet, FDINOTIFICATION *notification)
@@ -131,7 +137,7 @@ INT_PTR OnCopyFileNotification(CCabinet &cabinet, FDINOTIFICATION *notification)
     cabinet.OpenedIn = CurrentMemberIndex(cabinet);
     INT_PTR handle = OpenTarget(cabinet, path);
     if (handle != -1)
-        cabinet.Target = CCabinetTarget{true, handle, static_cast<ULONG>(notification->cb), 0};
+        cabinet.Target = CCabinetTarget{true, handle, static_cast<ULONG>(notification->cb), 0, cabinet.CurrentFile};
     return handle;
 }
 
@@ -246,6 +252,7 @@ CCabinet::CCabinet()
 
 CCabinet::~CCabinet()
 {
+    RemoveMadeFiles();
     if (Context)
         Entry<FdiDestroyProc>(Decoder.Destroy)(Context);
 }
@@ -405,9 +412,26 @@ void CCabinet::DiscardUnfinishedTarget()
     if (Target.Unfinished) {
         if (Target.Handle != -1)
             CabClose(Target.Handle);
-        DeleteFileA(CurrentFile.c_str());
+        ForgetMadeFile(CurrentFile);
     }
     Target = NoTarget;
+}
+
+void CCabinet::RemoveMadeFiles()
+{
+    for (const auto &made : MadeFiles)
+        DeleteIfSame(made.first.c_str(), made.second);
+    MadeFiles.clear();
+}
+
+bool CCabinet::ForgetMadeFile(const std::string &path)
+{
+    auto made = MadeFiles.find(path);
+    if (made == MadeFiles.end())
+        return false;
+    bool deleted = DeleteIfSame(made->first.c_str(), made->second);
+    MadeFiles.erase(made);
+    return deleted;
 }
 
 // ----------------------------------------------------------- CCabinetExtractor

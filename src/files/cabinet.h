@@ -12,8 +12,11 @@
 #include <windows.h>
 
 #include <deque>
+#include <map>
 #include <string>
 
+#include "files/file_identity.h"
+#include "files/path_parts.h"
 #include "inf/bounded_string.h"
 #include "support/handles.h"
 
@@ -61,6 +64,7 @@ struct CCabinetTarget {
     INT_PTR Handle;
     ULONG Expected;  // the size the cabinet gives the file
     ULONG Written;
+    std::string Path;
 };
 
 // The target the decoder is writing on this thread, while a pass runs: the
@@ -108,6 +112,11 @@ public:
     int IsCabinet(const char *path, CCabinetInfo *info);
     void SetDestination(const char *path);
     int Extract(const char *path, int followSet);
+    // Deletes every file the extraction made, by the identity it had when it
+    // was made: a name that leads elsewhere now is left alone.
+    void RemoveMadeFiles();
+    // Forgets one such file and deletes it; false if path is none of them.
+    bool ForgetMadeFile(const std::string &path);
 
     // How often a missing or wrong member is looked for before the walk gives
     // up on its own, whatever OnNextCabinet says.
@@ -132,6 +141,8 @@ public:
     // reached one.
     int MemberPrompts;
     CCabinetTarget Target;
+    // Every file the decoder's opens created, by path, with its identity.
+    std::map<std::string, CFileIdentity, CPathLess> MadeFiles;
 
 private:
     CCabinet(const CCabinet &);

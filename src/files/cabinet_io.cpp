@@ -8,6 +8,7 @@
 #include <cstdio>
 
 #include "files/cabinet.h"
+#include "files/interruption_points.h"
 
 thread_local CCabinetTarget *DecodingTarget;
 
@@ -142,8 +143,11 @@ UINT __cdecl CabWrite(INT_PTR handle, void *buffer, UINT count)
         errno = (error == ERROR_HANDLE_DISK_FULL || error == ERROR_DISK_FULL) ? ENOSPC : EBADF;
         return static_cast<UINT>(-1);
     }
-    if (IsDecodingTarget(handle))
+    if (IsDecodingTarget(handle)) {
+        if (!DecodingTarget->Written && written)
+            InterruptionPoint(InterruptExtracting, DecodingTarget->Path.c_str());
         DecodingTarget->Written += written;
+    }
     return written;
 }
 

@@ -6,6 +6,7 @@
 #include "files/cabinet.h"
 #include "files/copy_engine.h"
 #include "files/file_spec.h"
+#include "files/work_directory.h"
 
 void SortUnique(CBoundedStringList &list)
 {
@@ -163,45 +164,36 @@ int CPrinterInf::CollectCopyFiles(CBoundedStringList *names, CBoundedStringList 
 
 int CPrinterInf::CopyFiles()
 {
-    CFileSpec work;
-    work.Resolve(FileSpecTempDirectory);
-    std::list<CFileSpec> extracted;
-    int result = 1;
-    {
-        CCabinetExtractor extractor;
-        try {
-            CBoundedStringList paths;
-            if (CollectCopyFiles(NULL, &paths))
-                for (const CBoundedString &path : paths)
-                    LogUninstall("files", path, "1");
+    CWorkDirectory work;
+    CCabinetExtractor extractor;
+    try {
+        CBoundedStringList paths;
+        if (CollectCopyFiles(NULL, &paths))
+            for (const CBoundedString &path : paths)
+                LogUninstall("files", path, "1");
 
-            CBoundedString cabinets;
-            if (!GetValue(InstallSection, "CopyCabs", cabinets, ""))
-                throw "no CopyCabs= key";
+        CBoundedString cabinets;
+        if (!GetValue(InstallSection, "CopyCabs", cabinets, ""))
+            throw "no CopyCabs= key";
 
-            // Each cabinet is extracted, installed and drained before the
-            // next; an empty element ends the walk and leaves later ones
-            // alone, while one of blanks only names no cabinet and is passed.
-            for (char *element = cabinets; element;) {
-                char *next = NextToken(element, ',');
-                if (!*element)
-                    break;
-                if (*StripChar(element, ' '))
-                    InstallCabinet(element, work, extractor, extracted);
-                element = next;
-            }
-        } catch (const char *) {
-            result = 0;
+        // Each cabinet is extracted, installed and drained before the
+        // next; an empty element ends the walk and leaves later ones
+        // alone, while one of blanks only names no cabinet and is passed.
+        for (char *element = cabinets; element;) {
+            char *next = NextToken(element, ',');
+            if (!*element)
+                break;
+            if (*StripChar(element, ' '))
+                InstallCabinet(element, work, extractor);
+            element = next;
         }
+    } catch (const char *) {
+        return 0;
     }
-    for (CFileSpec &file : extracted)
-        DeleteFileA(file.FullPath());
-    RemoveDirectoryA(work.DirectoryPath());
-    return result;
+    return 1;
 }
 
-void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CCabinetExtractor &extractor,
-                                 std::list<CFileSpec> &extracted)
+void CPrinterInf::InstallCabinet(const char *name, CWorkDirectory &work, CCabinetExtractor &extractor)
 {
     // Cabinets are looked for in the printer driver directory only.
     CFileSpec cabinet;
@@ -212,9 +204,13 @@ void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CCabinetExtr
     CDestinationList entries;
     if (!FindDestinationEntries(cabinet.BaseName(), &entries) || entries.empty())
         return;
+    // Without a directory of the run's own, a cabinet is refused as one
+    // that cannot be opened.
+    if (!work.IsReady())
+        return;
 
-    CBoundedString workPath(work.FullPath());
-    extractor.SetDestination(workPath);
+    CBoundedString workDirectory(work.Path().c_str());
+    extractor.SetDestination(workDirectory);
     CBoundedString cabinetPath(cabinet.FullPath());
     extractor.Extract(cabinetPath, 1);
 
@@ -223,14 +219,13 @@ void CPrinterInf::InstallCabinet(const char *name, CFileSpec &work, CCabinetExtr
         destinations.push_back(PrepareDestination(*this, entry));
     CFileSpec source;
     source.Resolve(FileSpecEmpty);
-    CBoundedString workDirectory(work.DirectoryPath());
     char file[CBoundedString::Capacity];
     while (extractor.PopExtractedName(file)) {
         source.SetDirectory(workDirectory);
         source.SetFileName(file);
         for (CCabinetDestination &destination : destinations)
             InstallExtractedFile(*this, destination, source, file);
-        if (source.Fits())
-            extracted.push_back(source);
     }
+    // The next cabinet may hold files of the same names.
+    extractor.RemoveMadeFiles();
 }

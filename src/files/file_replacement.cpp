@@ -7,6 +7,9 @@
 #include "entry/printer_inf.h"
 #include "files/file_replacement.h"
 #include "files/file_spec.h"
+#include "files/interruption_points.h"
+#include "files/pending_renames.h"
+#include "files/staged_copy.h"
 #include "inf/os_version.h"
 #include "support/handles.h"
 
@@ -14,10 +17,6 @@ namespace {
 
 const char NewFileSuffix[] = ".new_file";
 const char DeleteSuffix[] = ".delete_on_reboot";
-// Room that the first read of the RENAME section gives its existing lines,
-// and the most it grows to: a section that never fits is not rewritten.
-const size_t RenameSectionSlack = 1024;
-const size_t RenameSectionMost = 16 * 1024 * 1024;
 
 // Opens for attributes only, with no sharing, the way all three queries do.
 HANDLE OpenForQuery(const char *path)
@@ -55,20 +54,24 @@ FILETIME LastWriteTime(const char *path)
 // Whole, however long: a name cut to fit would be some other file's.
 std::string WithSuffix(const char *path, const char *suffix) { return std::string(path) + suffix; }
 
-// The RENAME section of the profile at path, read into a buffer that also has
-// room for extra more characters and two NULs behind its lines. Sets used to
-// the offset of the list's closing NUL; false if the section never fitted.
-bool ReadRenameSection(const char *path, size_t extra, std::vector<char> &buffer, DWORD &used)
+// Newer by version where both files have one, else by last-write time.
+bool IsNewer(const char *source, const char *target)
 {
-    // A buffer too small gives size - 2; read again until the section and
-    // the new line fit.
-    for (size_t size = extra + RenameSectionSlack; size <= RenameSectionMost; size *= 2) {
-        buffer.assign(size, 0);
-        used = GetPrivateProfileSectionA("RENAME", buffer.data(), static_cast<DWORD>(size), path);
-        if (used + 2 < size && used + extra + 2 <= size)
-            return true;
-    }
-    return false;
+    CFileVersion query;
+    int newer = 0;
+    if (!query.CompareVersions(source, target, &newer))
+        newer = query.CompareFileTimes(source, target);
+    return newer > 0;
+}
+
+// Whether the system's copy could write over the target now: not when
+// another handle refuses writers (a loaded library) or the file is
+// read-only. Such a target is treated as busy.
+bool CanOverwrite(const char *target)
+{
+    CFileHandle probe(CreateFileA(target, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, NULL, OPEN_EXISTING, 0,
+                                  NULL));
+    return probe.IsValid();
 }
 
 }  // namespace
@@ -97,55 +100,62 @@ int CFileVersion::CompareFileTimes(const char *first, const char *second)
 void CPrinterInf::ScheduleRenameAtRestart(const char *target)
 {
     std::string entry = std::string(target) + "=" + WithSuffix(target, NewFileSuffix);
-
-    CFileSpec wininit;
-    wininit.Resolve(FileSpecWindows);
-    wininit.SetFileName("WININIT.INI");
-    if (!wininit.Fits())
-        return;
-    CBoundedString path(wininit.FullPath());
-
+    std::string path = WininitPath();
     std::vector<char> buffer;
     DWORD used = 0;
-    if (!ReadRenameSection(path, entry.size(), buffer, used))
+    if (path.empty() || !ReadRenameSection(path.c_str(), entry.size(), buffer, used))
         return;
     std::memcpy(buffer.data() + used, entry.c_str(), entry.size() + 1);
     buffer[used + entry.size() + 1] = 0;
-    WritePrivateProfileSectionA("RENAME", buffer.data(), path);
+    WritePrivateProfileSectionA("RENAME", buffer.data(), path.c_str());
 }
 
+// The target is never written in place: whatever replaces or creates it is
+// staged whole beside it first, so that a run stopped at any moment leaves
+// either the old file or the new one under its name.
 int CPrinterInf::InstallFile(const char *source, const char *target)
 {
-    if (!CopyFileA(source, target, TRUE) && GetLastError() == ERROR_FILE_EXISTS) {
-        CFileVersion query;
-        int newer = 0;
-        if (!query.CompareVersions(source, target, &newer))
-            newer = query.CompareFileTimes(source, target);
-        if (newer > 0 && !CopyFileA(source, target, FALSE)) {
-            // The target cannot be overwritten: it is in use.
-            std::string pending = WithSuffix(target, NewFileSuffix);
-            COsVersion os;
-            if (os.Family == COsVersion::FamilyWindowsNt) {
-                // A busy file can be renamed: the new content takes its name
-                // now, and only the old one waits for the restart. A swap
-                // whose names do not fit could stop half-way with no file
-                // under the target's name, so it is not begun.
-                std::string old = WithSuffix(target, DeleteSuffix);
-                if (old.size() < MAX_PATH && pending.size() < MAX_PATH) {
-                    CopyFileA(source, pending.c_str(), FALSE);
-                    MoveFileExA(target, old.c_str(), 0);
-                    MoveFileA(pending.c_str(), target);
-                    MoveFileExA(old.c_str(), NULL, MOVEFILE_DELAY_UNTIL_REBOOT);
-                }
-            } else if (pending.size() < MAX_PATH) {
-                // A restart cannot finish what a name too long for the
-                // system would leave: nothing is scheduled then.
-                CopyFileA(source, pending.c_str(), FALSE);
-                ScheduleRenameAtRestart(target);
-                RebootRequired = true;
-            }
-        }
+    Leftovers.Clear(target);
+    CStagedFile staged;
+    if (GetFileAttributesA(target) == INVALID_FILE_ATTRIBUTES) {
+        if (StageCopy(source, target, staged) && !MoveStaged(staged, target, false))
+            DiscardStaged(staged);
+    } else if (IsNewer(source, target) && StageCopy(source, target, staged)) {
+        if (!CanOverwrite(target) || !MoveStaged(staged, target, true))
+            ReplaceBusyFile(staged, target);
     }
     LogUninstall("files", target, "1");
     return 1;
+}
+
+// The target cannot be replaced now: it is in use. On NT a busy file can
+// still be renamed, so the new content takes its name at once and only the
+// old one waits for the restart; the 9x family renames it at its next start.
+// The new copy is complete under ".new_file" before anything names it.
+void CPrinterInf::ReplaceBusyFile(const CStagedFile &staged, const char *target)
+{
+    bool nt = COsVersion().Family == COsVersion::FamilyWindowsNt;
+    std::string pending = WithSuffix(target, NewFileSuffix), old = WithSuffix(target, DeleteSuffix);
+    // A swap whose names do not fit could stop half-way with no file under
+    // the target's name, and a restart cannot finish what such a name would
+    // leave: neither is begun.
+    if (pending.size() >= MAX_PATH || (nt && old.size() >= MAX_PATH)) {
+        DiscardStaged(staged);
+        return;
+    }
+    if (!MoveStaged(staged, pending.c_str(), true)) {
+        DiscardStaged(staged);
+        return;
+    }
+    InterruptionPoint(InterruptPending, target);
+    if (nt) {
+        // Scheduled first: a run stopped right after the move still has the
+        // old content go at the restart.
+        MoveFileExA(old.c_str(), NULL, MOVEFILE_DELAY_UNTIL_REBOOT);
+        MoveFileExA(target, old.c_str(), 0);
+        MoveFileA(pending.c_str(), target);
+    } else {
+        ScheduleRenameAtRestart(target);
+        RebootRequired = true;
+    }
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "entry/printer_inf.h"
+#include "files/temp_names.h"
 #include "inf/bounded_string.h"
 #include "registration/reg_key.h"
 #include "registration/spooler.h"
@@ -105,13 +106,15 @@ void WindowsSystem(char *work)
     Append(work, "system\\");
 }
 
-// A temp file's name is unique; the new directory takes it over.
+// A directory of a fresh, unpredictable name, made here and now: a name that
+// is taken already, by whatever, gives no directory.
 void NewTempDirectory(char *work)
 {
-    TempFileName(work);
-    DeleteFileA(work);
-    EnsureTrailingBackslash(work);
-    CreateDirectoryA(work, NULL);
+    char temp[MAX_PATH + 1] = "";
+    GetTempPathA(MAX_PATH, temp);
+    std::string directory = TempName(JoinPath(temp, ""), "") + "\\";
+    if (directory.size() < MAX_PATH && CreateDirectoryA(directory.c_str(), NULL))
+        CopyBounded(work, directory.c_str(), MAX_PATH);
 }
 
 // Closed rows end in a backslash even when their step gave no text, so that

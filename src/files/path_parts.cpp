@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "inf/bounded_string.h"
+
 namespace {
 
 // Copies [begin, end) into a part buffer, cut to its capacity. False when
@@ -253,4 +255,24 @@ std::string JoinPath(const std::string &directory, const std::string &name)
     if (directory.empty() || bareDrive || IsPathSeparator(directory[directory.size() - 1]))
         return directory + name;
     return directory + '\\' + name;
+}
+
+std::vector<std::string> SplitAtNuls(const char *block, size_t size)
+{
+    std::vector<std::string> strings;
+    size_t start = 0;
+    for (size_t i = 0; i < size; ++i) {
+        if (block[i])
+            continue;
+        strings.push_back(std::string(block + start, i - start));
+        start = i + 1;
+    }
+    if (start < size)
+        strings.push_back(std::string(block + start, size - start));
+    return strings;
+}
+
+bool CPathLess::operator()(const std::string &left, const std::string &right) const
+{
+    return CompareNoCase(left.c_str(), right.c_str()) < 0;
 }

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 enum {
     PathDriveSize = 3,   // "C:" and NUL
@@ -53,5 +54,15 @@ size_t FileNameOffset(const char *path, LeadBytePredicate isLeadByte = nullptr);
 // the directory is empty, ends in a separator or is a bare drive. Nothing is
 // cut: the caller decides whether the result fits where it goes.
 std::string JoinPath(const std::string &directory, const std::string &name);
+
+// The strings of a block of NUL-ended strings (a REG_MULTI_SZ value, a
+// profile section), empty ones included, read within size bytes whether or
+// not the block ends as it should.
+std::vector<std::string> SplitAtNuls(const char *block, size_t size);
+
+// Ordering of paths as the file system compares them: A to Z without case.
+struct CPathLess {
+    bool operator()(const std::string &left, const std::string &right) const;
+};
 
 #endif
