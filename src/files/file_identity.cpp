@@ -39,6 +39,14 @@ void ClearReadOnly(SetInformationProc set, HANDLE file)
     set(file, &io, &basic, sizeof basic, FileBasicInformationClass);
 }
 
+const DWORD DirectoryFlags = FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT;
+
+HANDLE OpenDirectoryForDeletion(const char *path)
+{
+    return CreateFileA(path, DELETE | FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, NULL, OPEN_EXISTING,
+                       DirectoryFlags, NULL);
+}
+
 }  // namespace
 
 // Through the handle; where the system has no such call, by name once the
@@ -68,12 +76,37 @@ bool SameIdentity(const CFileIdentity &a, const CFileIdentity &b)
     return a.Volume == b.Volume && a.IndexHigh == b.IndexHigh && a.IndexLow == b.IndexLow;
 }
 
-HANDLE OpenForDeletion(const char *path, bool directory)
+HANDLE OpenForDeletion(const char *path)
 {
-    DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | (directory ? 0 : FILE_SHARE_DELETE);
-    DWORD flags = FILE_FLAG_OPEN_REPARSE_POINT | (directory ? FILE_FLAG_BACKUP_SEMANTICS : 0);
-    return CreateFileA(path, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES, share, NULL, OPEN_EXISTING,
-                       flags, NULL);
+    return CreateFileA(path, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES,
+                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, NULL, OPEN_EXISTING,
+                       FILE_FLAG_OPEN_REPARSE_POINT, NULL);
+}
+
+HANDLE HoldDirectory(const char *path)
+{
+    return CreateFileA(path, FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE, NULL, OPEN_EXISTING,
+                       DirectoryFlags, NULL);
+}
+
+// A holder shares everything but deletion, so that an open for deletion is
+// what it refuses.
+bool IsDirectoryHeld(const char *path)
+{
+    CFileHandle probe(OpenDirectoryForDeletion(path));
+    return !probe.IsValid() && GetLastError() == ERROR_SHARING_VIOLATION;
+}
+
+bool RemoveDirectoryIfSame(const char *path, const CFileIdentity &identity)
+{
+    CFileHandle directory(OpenDirectoryForDeletion(path));
+    CFileIdentity found;
+    if (directory.IsValid() && IdentityOf(directory.Get(), found) && SameIdentity(found, identity))
+        DeleteThroughHandle(directory.Get());
+    else if (!directory.IsValid() && !SetInformation())
+        RemoveDirectoryA(path);
+    directory.Reset();
+    return GetFileAttributesA(path) == INVALID_FILE_ATTRIBUTES;
 }
 
 bool DeleteThroughHandle(HANDLE file)
@@ -89,7 +122,7 @@ bool DeleteThroughHandle(HANDLE file)
 
 bool DeleteIfSame(const char *path, const CFileIdentity &identity)
 {
-    CFileHandle file(OpenForDeletion(path, false));
+    CFileHandle file(OpenForDeletion(path));
     CFileIdentity found;
     if (!file.IsValid() || !IdentityOf(file.Get(), found) || !SameIdentity(found, identity))
         return false;
@@ -98,6 +131,6 @@ bool DeleteIfSame(const char *path, const CFileIdentity &identity)
 
 bool DeleteLeftover(const char *path)
 {
-    CFileHandle file(OpenForDeletion(path, false));
+    CFileHandle file(OpenForDeletion(path));
     return file.IsValid() && DeleteOpenFile(file, path);
 }

@@ -16,14 +16,23 @@ struct CFileIdentity {
 bool IdentityOf(HANDLE file, CFileIdentity &identity);
 bool SameIdentity(const CFileIdentity &a, const CFileIdentity &b);
 
-// A handle that may delete path, opened without following a reparse point at
-// its end; INVALID_HANDLE_VALUE if it cannot be had. A directory is opened
-// without sharing its deletion, so that nobody else can move or remove it.
-HANDLE OpenForDeletion(const char *path, bool directory);
+// A handle that may delete the file at path, opened without following a
+// reparse point at its end; INVALID_HANDLE_VALUE if it cannot be had.
+HANDLE OpenForDeletion(const char *path);
 // Marks what the handle names (a file, or an empty directory) to go when its
 // last handle closes, read-only or not. False where the system offers no such
 // call (the 9x family) or it refused.
 bool DeleteThroughHandle(HANDLE file);
+
+// Holds a directory: while the handle is open nobody can move or remove it,
+// and its holder can still list and change what is in it. Opened for its
+// attributes only, without following a reparse point.
+HANDLE HoldDirectory(const char *path);
+// True when somebody holds the directory, as HoldDirectory does.
+bool IsDirectoryHeld(const char *path);
+// Removes the directory at path if it is empty and still the directory of
+// identity, by name on the 9x family; true when it is gone.
+bool RemoveDirectoryIfSame(const char *path, const CFileIdentity &identity);
 
 // Deletes path if it is still the file of identity; false otherwise.
 bool DeleteIfSame(const char *path, const CFileIdentity &identity);

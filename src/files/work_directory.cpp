@@ -85,24 +85,26 @@ void DeleteFilesIn(const std::string &directory)
 
 // What a line leaves of its directory: nothing, unless a running install
 // holds it. Anything at that name that is not the directory the line saw
-// made is not touched.
+// made is not touched; a line stopped before it could say what it made
+// takes only an empty directory with it.
 bool RemoveListed(const CLedgerLine &line)
 {
+    const char *directory = line.Directory.c_str();
     if (!IsPlainDirectory(line.Directory))
         return true;
-    CFileHandle hold(OpenForDeletion(line.Directory.c_str(), true));
-    CFileIdentity identity;
-    if (!hold.IsValid())
+    if (IsDirectoryHeld(directory))
         return false;
-    if (line.Made && (!IdentityOf(hold.Get(), identity) || !SameIdentity(identity, line.Identity)))
-        return true;
-    if (line.Made)
-        DeleteFilesIn(line.Directory);
-    // A line without an identity was stopped before it could say what it
-    // made: only an empty directory goes.
-    DeleteThroughHandle(hold.Get());
-    hold.Reset();
-    return GetFileAttributesA(line.Directory.c_str()) == INVALID_FILE_ATTRIBUTES;
+    CFileIdentity identity;
+    {
+        CFileHandle hold(HoldDirectory(directory));
+        if (!hold.IsValid() || !IdentityOf(hold.Get(), identity))
+            return false;
+        if (line.Made && !SameIdentity(identity, line.Identity))
+            return true;
+        if (line.Made)
+            DeleteFilesIn(line.Directory);
+    }
+    return RemoveDirectoryIfSame(directory, identity);
 }
 
 }  // namespace
@@ -141,14 +143,13 @@ bool CWorkDirectory::Make()
         return false;
     }
     Directory = directory;
-    Hold.Reset(OpenForDeletion(Directory.c_str(), true));
-    CFileIdentity identity;
+    Hold.Reset(HoldDirectory(Directory.c_str()));
     // The 9x family cannot open a directory: there it is used unheld.
-    bool held = Hold.IsValid() && IdentityOf(Hold.Get(), identity);
+    bool held = Hold.IsValid() && IdentityOf(Hold.Get(), Identity);
     if (!IsPlainDirectory(Directory) || (!held && COsVersion().Family == COsVersion::FamilyWindowsNt))
         return false;
     if (held)
-        WriteLedger(Directory, &identity);
+        WriteLedger(Directory, &Identity);
     return true;
 }
 
@@ -156,11 +157,12 @@ CWorkDirectory::~CWorkDirectory()
 {
     if (Directory.empty())
         return;
-    if (Ready && Hold.IsValid())
-        DeleteThroughHandle(Hold.Get());
+    bool held = Hold.IsValid();
+    Hold.Reset();
+    if (Ready && held)
+        RemoveDirectoryIfSame(Directory.c_str(), Identity);
     else if (Ready)
         RemoveDirectoryA(Directory.c_str());
-    Hold.Reset();
     if (GetFileAttributesA(Directory.c_str()) == INVALID_FILE_ATTRIBUTES)
         EraseLedger(Directory);
 }

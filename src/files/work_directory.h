@@ -8,6 +8,7 @@
 
 #include <string>
 
+#include "files/file_identity.h"
 #include "support/handles.h"
 
 class CWorkDirectory {
@@ -30,6 +31,7 @@ private:
 
     std::string Directory;
     CFileHandle Hold;
+    CFileIdentity Identity;
     bool Ready;
 };
 
