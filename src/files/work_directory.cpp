@@ -132,9 +132,10 @@ bool CWorkDirectory::Make()
     char temp[MAX_PATH + 1] = "";
     DWORD length = GetTempPathA(MAX_PATH, temp);
     std::string chosen;
-    if (!length || length >= MAX_PATH)
+    // The system's temp path ends in a separator.
+    if (!length || length >= MAX_PATH || temp[length - 1] != '\\')
         return false;
-    std::string directory = ChosenWorkDirectoryName(chosen) ? JoinPath(temp, chosen) : TempName(JoinPath(temp, ""), "");
+    std::string directory = ChosenWorkDirectoryName(chosen) ? JoinPath(temp, chosen) : TempName(temp, "");
     if (directory.size() >= MAX_PATH)
         return false;
     WriteLedger(directory, NULL);

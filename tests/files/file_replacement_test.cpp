@@ -7,6 +7,7 @@
 
 #include "entry/printer_inf.h"
 #include "files/file_replacement.h"
+#include "support/handles.h"
 #include "test_support.h"
 
 namespace {
@@ -60,6 +61,52 @@ TEST(FileReplacement, NewerSourcesReplaceByVersionThenTime)
         printer.InstallFile(source.c_str(), target.c_str());
         EXPECT_EQ(c.Replaced ? incoming : before, ReadText(target)) << "row " << row++;
     }
+}
+
+// Before a target is decided, what killed runs left beside it goes: the
+// install's temporary names, and a ".new_file" that no rename waiting for the
+// restart names. One that such a rename names, on either side and in either
+// list, stays for the restart to take.
+TEST(FileReplacement, LeftoversGoCopiesWaitingForTheRestartStay)
+{
+    const std::string dir = ScratchDirectory(), source = dir + "older.src";
+    static const struct {
+        const char *Name;
+        bool Stays;
+    } cases[] = {
+        {"a.dll.new_file", false},
+        {"b.dll.new_file", true},  // a delayed move's source
+        {"c.dll.new_file", true},  // its target, marked for replacing
+        {"d.dll.new_file", true},  // a WININIT.INI line's source
+        {"~tvr0123456789abcdef.tmp", false},
+        {"~tvr0123.tmp", true},  // not of the install's shape
+        {"~tvr0123456789abcdeg.tmp", true},
+    };
+    // Pairs of source and target, a deletion's target empty; the list goes on past it.
+    const std::string nt = "\\??\\" + dir, end(1, '\0');
+    const std::string moves = nt + "gone" + end + end + nt + "b.dll.new_file" + end + nt + "b.dll" + end + nt + "x" +
+                              end + "!" + nt + "c.dll.new_file" + end + end;
+    CRegistryHandle manager;
+    ASSERT_EQ(ERROR_SUCCESS, RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SYSTEM\\CurrentControlSet\\Control\\Session Manager", 0,
+                                           KEY_SET_VALUE, manager.Put()));
+    ASSERT_EQ(ERROR_SUCCESS, RegSetValueExA(manager.Get(), "PendingFileRenameOperations", 0, REG_MULTI_SZ,
+                                            reinterpret_cast<const BYTE *>(moves.data()), moves.size()));
+    char wininit[MAX_PATH];
+    GetWindowsDirectoryA(wininit, MAX_PATH);
+    lstrcatA(wininit, "\\WININIT.INI");
+    WritePrivateProfileStringA("RENAME", (dir + "d.dll").c_str(), (dir + "d.dll.new_file").c_str(), wininit);
+    Place(nullptr, source, Older);
+    for (const auto &c : cases)
+        WriteText(dir + c.Name, "left");
+    CPrinterInf printer;
+    for (const char *target : {"a.dll", "b.dll", "c.dll", "d.dll"}) {
+        Place(nullptr, dir + target, Newer);
+        printer.InstallFile(source.c_str(), (dir + target).c_str());
+    }
+    for (const auto &c : cases)
+        EXPECT_EQ(c.Stays, PathExists(dir + c.Name)) << c.Name;
+    RegDeleteValueA(manager.Get(), "PendingFileRenameOperations");
+    DeleteFileA(wininit);
 }
 
 // A busy target is held the way a loaded library is: it may be renamed but

@@ -155,6 +155,10 @@ while read -r row kill taken _; do
     [ -n "$row" ] || continue
     [ $# = 0 ] || [[ " $* " = *" $row "* ]] || continue
     problems=$(run_row "$kill" "$taken")
-    if [ -z "$problems" ]; then echo "ok    $flavor $row"; else failed=1 && echo "FAIL  $flavor $row" && echo "$problems" | sed 's/^/      /'; fi
+    if [ -z "$problems" ]; then
+        echo "ok    $flavor $row"
+    else
+        failed=1 && echo "FAIL  $flavor $row" && echo "$problems" | sed 's/^/      /'
+    fi
 done <<<"$rows"
 exit $failed

@@ -1,7 +1,8 @@
 // Path splitting and composing: parts that were not cut compose back to the
 // path, every out-buffer holds exactly what it was sized for, and the two
 // in-place repairs keep their promises; a target resolved inside a directory
-// stays there.
+// stays there; a block of NUL-ended strings splits into pieces that join back
+// into it, however it ends.
 #include <cstring>
 #include <vector>
 
@@ -74,6 +75,16 @@ void CheckInside(const std::string &name, size_t size)
     FUZZ_CHECK(rest.find("\\\\") == std::string::npos);
 }
 
+void CheckNulSplit(const std::string &block)
+{
+    std::string joined;
+    for (const std::string &piece : SplitAtNuls(block.data(), block.size())) {
+        FUZZ_CHECK(piece.find('\0') == std::string::npos);
+        joined += piece + '\0';
+    }
+    FUZZ_CHECK(joined.compare(0, block.size(), block) == 0 && joined.size() - block.size() <= 1);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -81,7 +92,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     CFuzzInput input(data, size);
     LeadBytePredicate lead = (input.Byte() & 1) ? IsLeadByte : nullptr;
     size_t outSize = input.Byte() % CBoundedString::Capacity + 1;
-    std::string path = input.Rest();
+    std::string bytes = input.Bytes(), path = bytes.c_str();
 
     CParts parts;
     parts.Split(path.c_str(), lead);
@@ -99,5 +110,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         FUZZ_CHECK(again.Make(CBoundedString::Capacity) == whole);
     CheckRepairs(path);
     CheckInside(path, outSize);
+    CheckNulSplit(bytes);
     return 0;
 }
