@@ -4,7 +4,10 @@
 # alone (CCabinetExtractor) and a bare FDICopy, all inside cabinet_bench.exe,
 # and `wine cabarc X` of the same set. Everything is pinned to CPU 1 and runs
 # in one throw-away prefix whose wineserver stays up between the runs. The
-# extraction should take at most 1.1 times the bare FDICopy.
+# extraction should take at most 1.1 times the bare FDICopy. Beside them, the
+# set's source files are put in place one by one the way the install puts a
+# file now (staged beside the target, flushed, renamed over it) and the way
+# it did before (CopyFileA straight onto the target), and the two compared.
 #   bench/run-cabinet-bench.sh [BUILD_DIR] [REPEATS]
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
@@ -47,12 +50,15 @@ printf '%s\n' "$figures" | awk -v cabarc="$cabarc" -v startup="$startup" '
     END {
         f = t["fdicopy"]; fm = m["fdicopy"]
         for (name in t)
-            if (name != "fdicopy")
+            if (name != "fdicopy" && name != "staged" && name != "inplace")
                 printf "ratio %s / fdicopy = %.3f (medians %.3f)\n", name, t[name] / f, m[name] / fm
         printf "ratio cabarc / fdicopy = %.3f (without process start %.3f)\n", cabarc / f, (cabarc - startup) / f
         printf "ratio extractor / cabarc = %.3f (without process start %.3f)\n", t["extractor"] / cabarc, t["extractor"] / (cabarc - startup)
         ratio = t["extractor"] / f
         printf "target extractor / fdicopy <= 1.10: %s (%.3f)\n", ratio <= 1.10 ? "met" : "NOT met", ratio
+        printf "ratio staged / inplace = %.3f (medians %.3f): a file placed whole against one written in place\n", t["staged"] / t["inplace"], m["staged"] / m["inplace"]
+        if (files["staged"] > 0)
+            printf "per file: staged over inplace %.0f us (median %.0f)\n", (t["staged"] - t["inplace"]) / files["staged"] * 1e6, (m["staged"] - m["inplace"]) / files["staged"] * 1e6
         n = files["fdicopy"]
         if (n > 0) {
             # Microseconds per file, best and median.

@@ -252,7 +252,6 @@ CCabinet::CCabinet()
 
 CCabinet::~CCabinet()
 {
-    RemoveMadeFiles();
     if (Context)
         Entry<FdiDestroyProc>(Decoder.Destroy)(Context);
 }

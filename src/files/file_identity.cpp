@@ -4,8 +4,9 @@
 
 namespace {
 
-// The native call behind deletion through a handle, bound at run time: the
-// 9x family has none, and there a name is deleted by name after its check.
+// The native calls behind the identity and deletion through a handle, bound
+// at run time: the 9x family has neither, and there a file's index comes from
+// GetFileInformationByHandle and a name is deleted by name after its check.
 struct CIoStatus {
     void *Status;
     ULONG_PTR Information;
@@ -14,29 +15,42 @@ struct CBasicInformation {
     LARGE_INTEGER CreationTime, LastAccessTime, LastWriteTime, ChangeTime;  // zero: unchanged
     DWORD FileAttributes;
 };
-typedef LONG(WINAPI *SetInformationProc)(HANDLE, CIoStatus *, void *, ULONG, int);
+typedef LONG(WINAPI *FileInformationProc)(HANDLE, CIoStatus *, void *, ULONG, int);
 const int FileBasicInformationClass = 4;
+const int FileInternalInformationClass = 6;
 const int FileDispositionInformationClass = 13;
 
-SetInformationProc SetInformation()
+FileInformationProc NativeCall(const char *name)
 {
-    static SetInformationProc proc = reinterpret_cast<SetInformationProc>(
-        reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA("ntdll"), "NtSetInformationFile")));
+    return reinterpret_cast<FileInformationProc>(
+        reinterpret_cast<void *>(GetProcAddress(GetModuleHandleA("ntdll"), name)));
+}
+
+FileInformationProc SetInformation()
+{
+    static FileInformationProc proc = NativeCall("NtSetInformationFile");
+    return proc;
+}
+
+FileInformationProc QueryInformation()
+{
+    static FileInformationProc proc = NativeCall("NtQueryInformationFile");
     return proc;
 }
 
 // A read-only file refuses to be marked for deletion.
-void ClearReadOnly(SetInformationProc set, HANDLE file)
+void ClearReadOnly(HANDLE file)
 {
-    BY_HANDLE_FILE_INFORMATION info;
-    if (!GetFileInformationByHandle(file, &info) || !(info.dwFileAttributes & FILE_ATTRIBUTE_READONLY))
-        return;
     CBasicInformation basic = {};
-    basic.FileAttributes = info.dwFileAttributes & ~FILE_ATTRIBUTE_READONLY;
-    if (!basic.FileAttributes)
-        basic.FileAttributes = FILE_ATTRIBUTE_NORMAL;
     CIoStatus io;
-    set(file, &io, &basic, sizeof basic, FileBasicInformationClass);
+    if (QueryInformation()(file, &io, &basic, sizeof basic, FileBasicInformationClass) != 0 ||
+        !(basic.FileAttributes & FILE_ATTRIBUTE_READONLY))
+        return;
+    CBasicInformation cleared = {};
+    cleared.FileAttributes = basic.FileAttributes & ~FILE_ATTRIBUTE_READONLY;
+    if (!cleared.FileAttributes)
+        cleared.FileAttributes = FILE_ATTRIBUTE_NORMAL;
+    SetInformation()(file, &io, &cleared, sizeof cleared, FileBasicInformationClass);
 }
 
 const DWORD DirectoryFlags = FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT;
@@ -47,11 +61,9 @@ HANDLE OpenDirectoryForDeletion(const char *path)
                        DirectoryFlags, NULL);
 }
 
-}  // namespace
-
 // Through the handle; where the system has no such call, by name once the
 // handle is closed.
-static bool DeleteOpenFile(CFileHandle &file, const char *path)
+bool DeleteOpenFile(CFileHandle &file, const char *path)
 {
     if (DeleteThroughHandle(file.Get()))
         return true;
@@ -60,12 +72,24 @@ static bool DeleteOpenFile(CFileHandle &file, const char *path)
     return DeleteFileA(path) != 0;
 }
 
+}  // namespace
+
+// The index alone, which the native query reads without asking the server;
+// GetFileInformationByHandle asks it several times, for the volume's serial
+// among others. Every identity compared here is of a file or directory that
+// the install made in a directory of its own choosing.
 bool IdentityOf(HANDLE file, CFileIdentity &identity)
 {
+    LARGE_INTEGER index;
+    CIoStatus io;
+    if (QueryInformation() && QueryInformation()(file, &io, &index, sizeof index, FileInternalInformationClass) == 0) {
+        identity.IndexHigh = static_cast<DWORD>(index.HighPart);
+        identity.IndexLow = index.LowPart;
+        return true;
+    }
     BY_HANDLE_FILE_INFORMATION info;
     if (!GetFileInformationByHandle(file, &info))
         return false;
-    identity.Volume = info.dwVolumeSerialNumber;
     identity.IndexHigh = info.nFileIndexHigh;
     identity.IndexLow = info.nFileIndexLow;
     return true;
@@ -73,7 +97,7 @@ bool IdentityOf(HANDLE file, CFileIdentity &identity)
 
 bool SameIdentity(const CFileIdentity &a, const CFileIdentity &b)
 {
-    return a.Volume == b.Volume && a.IndexHigh == b.IndexHigh && a.IndexLow == b.IndexLow;
+    return a.IndexHigh == b.IndexHigh && a.IndexLow == b.IndexLow;
 }
 
 HANDLE OpenForDeletion(const char *path)
@@ -81,6 +105,16 @@ HANDLE OpenForDeletion(const char *path)
     return CreateFileA(path, DELETE | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES,
                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, NULL, OPEN_EXISTING,
                        FILE_FLAG_OPEN_REPARSE_POINT, NULL);
+}
+
+bool DeleteThroughHandle(HANDLE file)
+{
+    if (!SetInformation() || !QueryInformation())
+        return false;
+    ClearReadOnly(file);
+    BOOLEAN dispose = TRUE;
+    CIoStatus io;
+    return SetInformation()(file, &io, &dispose, sizeof dispose, FileDispositionInformationClass) == 0;
 }
 
 HANDLE HoldDirectory(const char *path)
@@ -107,17 +141,6 @@ bool RemoveDirectoryIfSame(const char *path, const CFileIdentity &identity)
         RemoveDirectoryA(path);
     directory.Reset();
     return GetFileAttributesA(path) == INVALID_FILE_ATTRIBUTES;
-}
-
-bool DeleteThroughHandle(HANDLE file)
-{
-    SetInformationProc set = SetInformation();
-    if (!set)
-        return false;
-    ClearReadOnly(set, file);
-    BOOLEAN dispose = TRUE;
-    CIoStatus io;
-    return set(file, &io, &dispose, sizeof dispose, FileDispositionInformationClass) == 0;
 }
 
 bool DeleteIfSame(const char *path, const CFileIdentity &identity)

@@ -1,14 +1,13 @@
-// What names one file whatever path leads to it: its volume and its index on
-// that volume. The install deletes a name through a handle, and only while
-// that name still leads to the file it made itself, so that a link put in the
-// file's place leads to nothing being deleted.
+// What names one file whatever path leads to it: its index on its volume.
+// The install deletes a name through a handle, and only while that name
+// still leads to the file it made itself, so that a link put in the file's
+// place leads to nothing being deleted.
 #ifndef TOVREL_FILES_FILE_IDENTITY_H
 #define TOVREL_FILES_FILE_IDENTITY_H
 
 #include <windows.h>
 
 struct CFileIdentity {
-    DWORD Volume;
     DWORD IndexHigh;
     DWORD IndexLow;
 };

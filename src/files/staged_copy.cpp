@@ -67,16 +67,17 @@ bool StageCopy(const char *source, const char *target, CStagedFile &staged)
 {
     CFileHandle from(CreateFileA(source, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, NULL,
                                  OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, NULL));
-    BY_HANDLE_FILE_INFORMATION info;
-    if (!from.IsValid() || !GetFileInformationByHandle(from.Get(), &info))
+    FILETIME created, accessed, written;
+    DWORD attributes = GetFileAttributesA(source);
+    if (!from.IsValid() || !GetFileTime(from.Get(), &created, &accessed, &written) ||
+        attributes == INVALID_FILE_ATTRIBUTES)
         return false;
-    CFileHandle to(CreateStagedFile(target, info.dwFileAttributes, staged));
+    CFileHandle to(CreateStagedFile(target, attributes, staged));
     if (!to.IsValid())
         return false;
     // Flushed before it may take the target's name: a power cut must not
     // leave an empty or partial file there.
-    if (CopyContent(from.Get(), to.Get(), target) &&
-        SetFileTime(to.Get(), &info.ftCreationTime, &info.ftLastAccessTime, &info.ftLastWriteTime) &&
+    if (CopyContent(from.Get(), to.Get(), target) && SetFileTime(to.Get(), &created, &accessed, &written) &&
         FlushFileBuffers(to.Get()))
         return true;
     if (!DeleteThroughHandle(to.Get())) {

@@ -72,11 +72,19 @@ TEST(CabinetExtract, EveryTargetStaysInsideTheDestination)
         EXPECT_EQ("the victim's own bytes", ReadText(victim)) << name;
         EXPECT_NE(0u, GetFileAttributesA(victim.c_str()) & FILE_ATTRIBUTE_READONLY) << name;
     }
+    // A name inside is taken as it resolves; taken already by a file this
+    // extraction did not make, it is refused too: nothing writes through it.
     ASSERT_TRUE(WriteStoredCabinet(base + "inside.cab", {Stored("sub\\..\\.\\ok.txt", "fine")}));
-    CCabinetExtractor extractor;
-    extractor.SetDestination(work.c_str());
-    EXPECT_EQ(1, extractor.Extract((base + "inside.cab").c_str(), 1));
-    EXPECT_EQ("fine", ReadText(work + "ok.txt"));
+    for (bool taken : {false, true}) {
+        DeleteTree(work);
+        CreateDirectoryA(work.c_str(), NULL);
+        if (taken)
+            WriteText(work + "ok.txt", "someone else's");
+        CCabinetExtractor extractor;
+        extractor.SetDestination(work.c_str());
+        EXPECT_EQ(taken ? 0 : 1, extractor.Extract((base + "inside.cab").c_str(), 1));
+        EXPECT_EQ(taken ? "someone else's" : "fine", ReadText(work + "ok.txt"));
+    }
 }
 
 // Used as the copy stage uses it: extracted into a fresh work directory, the
