@@ -8,7 +8,7 @@
 
 #include "inf/bounded_string.h"
 #include "files/directory_ids.h"
-#include "files/leftovers.h"
+#include "files/target_directories.h"
 #include "inf/inf_file.h"
 
 class CFileSpec;
@@ -57,6 +57,7 @@ public:
     int InstallFile(const char *source, const char *target);
     int CollectCopyFiles(std::list<CBoundedString> *names, std::list<CBoundedString> *paths);
     int CopyFiles();
+    void ReplaceIfNewer(const char *source, const char *target, CStagedFile &staged);
     void ReplaceBusyFile(const CStagedFile &staged, const char *target);
     void ScheduleRenameAtRestart(const char *target);
     void InstallCabinet(const char *name, CWorkDirectory &work, CCabinetExtractor &extractor);
@@ -101,8 +102,8 @@ public:
     CBoundedString ProgramGroupSections;
     CDirectoryIdMap DirectoryIds;
     CDestinationDirMap DestinationDirs;
-    // What killed runs left in the directories this run installs into.
-    CLeftovers Leftovers;
+    // The directories this run installs into, as it found them.
+    CTargetDirectories TargetDirectories;
 };
 
 // Asks the sibling tools of the product family to quit before files change

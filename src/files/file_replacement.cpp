@@ -74,6 +74,23 @@ bool CanOverwrite(const char *target)
     return probe.IsValid();
 }
 
+enum CPlacement { Placed, NotPlaced, FoundThere };
+
+// A target that was not there goes into place without replacing anything.
+// One that turned up meanwhile is left to the decision, with its copy made.
+CPlacement PlaceNewFile(const char *source, const char *target, CStagedFile &staged)
+{
+    if (!StageCopy(source, target, staged))
+        return NotPlaced;
+    if (MoveStaged(staged, target, false))
+        return Placed;
+    DWORD error = GetLastError();
+    if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS)
+        return FoundThere;
+    DiscardStaged(staged);
+    return NotPlaced;
+}
+
 }  // namespace
 
 int CFileVersion::CompareVersions(const char *first, const char *second, int *result)
@@ -115,17 +132,28 @@ void CPrinterInf::ScheduleRenameAtRestart(const char *target)
 // either the old file or the new one under its name.
 int CPrinterInf::InstallFile(const char *source, const char *target)
 {
-    Leftovers.Clear(target);
+    TargetDirectories.Clear(target);
     CStagedFile staged;
-    if (GetFileAttributesA(target) == INVALID_FILE_ATTRIBUTES) {
-        if (StageCopy(source, target, staged) && !MoveStaged(staged, target, false))
-            DiscardStaged(staged);
-    } else if (IsNewer(source, target) && StageCopy(source, target, staged)) {
-        if (!CanOverwrite(target) || !MoveStaged(staged, target, true))
-            ReplaceBusyFile(staged, target);
-    }
+    CPlacement placement = TargetDirectories.Lists(target) ? FoundThere : PlaceNewFile(source, target, staged);
+    if (placement == Placed)
+        TargetDirectories.Placed(target);
+    else if (placement == FoundThere)
+        ReplaceIfNewer(source, target, staged);
     LogUninstall("files", target, "1");
     return 1;
+}
+
+// Version, then time; an older or equal source leaves the target alone. A
+// copy staged already for a target that turned up meanwhile is used.
+void CPrinterInf::ReplaceIfNewer(const char *source, const char *target, CStagedFile &staged)
+{
+    bool newer = IsNewer(source, target);
+    if (!newer && !staged.Path.empty())
+        DiscardStaged(staged);
+    if (!newer || (staged.Path.empty() && !StageCopy(source, target, staged)))
+        return;
+    if (!CanOverwrite(target) || !MoveStaged(staged, target, true))
+        ReplaceBusyFile(staged, target);
 }
 
 // The target cannot be replaced now: it is in use. On NT a busy file can
