@@ -40,6 +40,8 @@ int CPrinterInf::ReadDestinationDirs()
         if (!FindSection(sectionName, section))
             continue;
         for (const CInfKey &line : section->second) {
+            if (line.Cut)
+                continue;
             CBoundedString value(line.Value);
             char *element = value.Text;
             while (element && *element) {

@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <cstring>
+
 #include "entry/printer_inf.h"
 #include "files/file_spec.h"
 #include "inf/device_section.h"
@@ -122,6 +124,33 @@ void SetModelWebDirectory(CPrinterInf &inf)
     inf.DirectoryIds[DIRID_PRINTER_WEB] = CBoundedString(folder.FullPath());
 }
 
+const char ModelFailurePrefix[] = "\nCPrinterInf::ReadDeviceSection,failure,";
+
+// The model names its own key of the uninstall record. A name with a
+// backslash would name a key below another model's, and one of blanks alone
+// a key of no model; and any of the three names, cut to fit, would name
+// another model, maker or printer. Each is refused before anything is
+// recorded.
+void CheckNames(const char *manufacturer, const char *model, const char *printerName)
+{
+    CBoundedString trimmed(model);
+    StripChar(trimmed, ' ');
+    const char *refusal = NULL;
+    if (std::strchr(model, '\\'))
+        refusal = "the model name holds a backslash, which would name another model's record";
+    else if (trimmed.IsEmpty())
+        refusal = "the model name is empty once its blanks are gone";
+    else if (std::strlen(manufacturer) > CBoundedString::MaxLength || std::strlen(model) > CBoundedString::MaxLength ||
+             std::strlen(printerName) > CBoundedString::MaxLength)
+        refusal = "a name is longer than 259 characters, and cut it would name another";
+    if (!refusal)
+        return;
+    CBoundedString line(ModelFailurePrefix);
+    line.Append(refusal);
+    OutputDebugStringA(line);
+    throw refusal;
+}
+
 }  // namespace
 
 int CPrinterInf::ReadDeviceSection(const char *manufacturer, const char *model, const char *printerName)
@@ -129,6 +158,7 @@ int CPrinterInf::ReadDeviceSection(const char *manufacturer, const char *model, 
     try {
         if (IsMissing(manufacturer) || IsMissing(model) || IsMissing(printerName))
             throw "bad params";
+        CheckNames(manufacturer, model, printerName);
         Manufacturer = CBoundedString(manufacturer);
         Model = CBoundedString(model);
         PrinterName = CBoundedString(printerName);

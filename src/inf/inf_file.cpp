@@ -4,13 +4,24 @@
 
 namespace {
 
-// Copies text into a field, keeping the first 259 characters of a longer one.
-void StoreField(CBoundedString &field, const char *text)
+// Copies text into a field, keeping the first 259 characters of a longer one;
+// false when it did not fit.
+bool StoreField(CBoundedString &field, const char *text)
 {
     CopyBounded(field.Text, text, sizeof field.Text);
+    return !text || std::strlen(text) <= CBoundedString::MaxLength;
 }
 
 }  // namespace
+
+bool JoinLine(const CInfKey &key, CBoundedString &line)
+{
+    if (key.Cut || key.Name.Length() + key.Value.Length() > CBoundedString::MaxLength)
+        return false;
+    line = key.Name;
+    line.Append(key.Value);
+    return true;
+}
 
 CInfFile::CInfFile() {}
 
@@ -46,7 +57,8 @@ char *NextLine(char *&text)
 }
 
 // A key line is cut at its first ";" and then at its first "=", quotes or
-// not; blanks round the name and the value go, tabs stay.
+// not; blanks round the name and the value go, tabs stay. The blanks go
+// before a text is judged: it is cut only when what it says does not fit.
 CInfKey ReadKeyLine(char *line)
 {
     if (char *comment = std::strchr(line, ';'))
@@ -55,10 +67,9 @@ CInfKey ReadKeyLine(char *line)
     if (value)
         *value++ = 0;
     CInfKey key;
-    StoreField(key.Name, line);
-    StoreField(key.Value, value);
-    StripChar(key.Name.Text, ' ');
-    StripChar(key.Value.Text, ' ');
+    bool nameFits = StoreField(key.Name, StripChar(line, ' '));
+    bool valueFits = StoreField(key.Value, StripChar(value, ' '));
+    key.Cut = !nameFits || !valueFits;
     return key;
 }
 
@@ -91,17 +102,22 @@ void CInfFile::Parse(char *text)
 }
 
 // A header names the text between "[" and the first "]" exactly; "[]" leaves
-// no current section, and a line without "]" leaves the current one.
+// no current section, and a line without "]" leaves the current one. A name
+// that does not fit names no section: its lines go nowhere, rather than
+// into the section of its first 259 characters.
 void CInfFile::OpenSection(char *header, CInfSection &current)
 {
     char *close = std::strchr(header + 1, ']');
     if (!close)
         return;
     *close = 0;
-    AddSection(header + 1);
     CBoundedString name;
-    StoreField(name, header + 1);
-    current = name.IsEmpty() ? Sections.end() : Sections.find(name);
+    if (!StoreField(name, header + 1) || name.IsEmpty()) {
+        current = Sections.end();
+        return;
+    }
+    AddSection(header + 1);
+    current = Sections.find(name);
 }
 
 int CInfFile::FindSection(const char *name, CInfSection &entry)
@@ -146,8 +162,10 @@ int CInfFile::LookupKey(const char *section, const char *key, char *out, const c
     CInfSection entry;
     CInfKeyList::iterator line;
     if (!FindSection(section, entry) || !FindKey(entry, line, key))
-        return 0;
+        return KeyMissing;
+    if (line->Cut)
+        return KeyCut;
     if (!line->Value.IsEmpty())
         CopyBounded(out, line->Value.Text, CBoundedString::Capacity);
-    return 1;
+    return KeyFound;
 }

@@ -8,10 +8,21 @@
 
 #include "inf/bounded_string.h"
 
+// Cut marks a line whose name or value did not fit its field: what the field
+// holds is the head of some longer text, and nothing may be made of it.
 struct CInfKey {
     CBoundedString Name;
     CBoundedString Value;
+    bool Cut;
 };
+
+// What LookupKey found: a line whose text was cut counts as neither found
+// nor missing, so that no default stands in for it either.
+enum { KeyMissing = 0, KeyFound = 1, KeyCut = -1 };
+
+// The line as the stages read one that has no "=": name and value joined
+// into line. False when the line was cut or the two do not fit together.
+bool JoinLine(const CInfKey &key, CBoundedString &line);
 
 typedef std::list<CInfKey> CInfKeyList;
 typedef std::map<CBoundedString, CInfKeyList, CBoundedStringLess> CInfSectionMap;
@@ -29,17 +40,24 @@ public:
 
     int FindSection(const char *name, CInfSection &entry);
     int GetKeyCount(const char *section);
+    // The first line of the name, cut or not.
     int FindKey(CInfSection entry, CInfKeyList::iterator &key, const char *name);
+    // KeyFound, KeyMissing or KeyCut; out holds the value only when found.
     int LookupKey(const char *section, const char *key, char *out, const char *defaultValue);
 
     // Resolves a whole-value %token% from the locale's Strings sections, of
     // this store or, given a path, of that file through the profile calls.
+    // KeyCut when the token's text was cut.
     int ExpandToken(const char *text, char *out, const char *profile);
     // The same from this store alone, for a given locale; needs no platform.
     int ExpandStoreToken(const char *text, char *out, unsigned long locale);
     // The normal read of a value: names and value resolved, and a key found
-    // whether or not the file quotes it.
+    // whether or not the file quotes it. A value that was cut, or that names
+    // a token whose text was cut, reads as missing: 0, out the default.
     int GetValue(const char *section, const char *key, char *out, const char *defaultValue);
+    // The same for a given locale, from this store alone; needs no platform.
+    int GetStoreValue(const char *section, const char *key, char *out, const char *defaultValue,
+                      unsigned long locale);
 
     CInfSectionMap Sections;
     CBoundedString FilePath;

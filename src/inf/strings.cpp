@@ -24,35 +24,5 @@ int CInfFile::ExpandToken(const char *text, char *out, const char *profile)
 
 int CInfFile::GetValue(const char *section, const char *key, char *out, const char *defaultValue)
 {
-    if (!section || !*section || !key || !*key || !out)
-        return 0;
-    CBoundedString sectionName, keyName, raw;
-    ExpandToken(section, sectionName, NULL);
-    ExpandToken(key, keyName, NULL);
-
-    int found = LookupKey(sectionName, keyName, raw, defaultValue);
-    if (!found) {
-        size_t length = keyName.Length();
-        bool opens = keyName.Text[0] == '"';
-        bool closes = length && keyName.Text[length - 1] == '"';
-        CBoundedString other;
-        bool tryOther = true;
-        if (opens && closes) {
-            other = keyName;
-            StripChar(other, '"');
-        } else if (opens) {
-            other = keyName;
-            other.Append("\"");
-        } else if (!closes) {
-            other = CBoundedString("\"");
-            other.Append(keyName);
-            other.Append("\"");
-        } else {
-            tryOther = false;
-        }
-        if (tryOther)
-            found = LookupKey(sectionName, other, raw, defaultValue);
-    }
-    ExpandToken(raw, out, NULL);
-    return found;
+    return GetStoreValue(section, key, out, defaultValue, GetThreadLocale());
 }

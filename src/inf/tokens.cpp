@@ -20,6 +20,29 @@ int ReadStore(void *source, const char *section, const char *token, char *out, c
     return static_cast<CInfFile *>(source)->LookupKey(section, token, out, original);
 }
 
+// The key as the file may have written it otherwise: without its quotes, or
+// with them; false when there is no other way.
+bool QuotedOtherwise(const CBoundedString &key, CBoundedString &other)
+{
+    size_t length = key.Length();
+    bool opens = key.Text[0] == '"';
+    bool closes = length && key.Text[length - 1] == '"';
+    if (opens && closes) {
+        other = key;
+        StripChar(other, '"');
+    } else if (opens) {
+        other = key;
+        other.Append("\"");
+    } else if (!closes) {
+        other = CBoundedString("\"");
+        other.Append(key);
+        other.Append("\"");
+    } else {
+        return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 void FormStringsSections(unsigned long locale, CBoundedString (&names)[StringsSectionCount])
@@ -55,9 +78,11 @@ int ResolveToken(const char *text, char *out, unsigned long locale, StringsReade
     int result = 0;
     for (int i = 0; i < StringsSectionCount && !result; ++i)
         result = read(source, sections[i], token, out, original);
-    if (!result) {
+    // An unknown token stays as it is written; one whose text was cut does
+    // not: KeyCut tells the caller so.
+    if (result <= 0) {
         CopyBounded(out, original, CBoundedString::Capacity);
-        return 0;
+        return result;
     }
     StripChar(out, '"');
     return result;
@@ -66,4 +91,25 @@ int ResolveToken(const char *text, char *out, unsigned long locale, StringsReade
 int CInfFile::ExpandStoreToken(const char *text, char *out, unsigned long locale)
 {
     return ResolveToken(text, out, locale, ReadStore, this);
+}
+
+int CInfFile::GetStoreValue(const char *section, const char *key, char *out, const char *defaultValue,
+                            unsigned long locale)
+{
+    if (!section || !*section || !key || !*key || !out)
+        return 0;
+    CBoundedString sectionName, keyName, raw;
+    int found = KeyCut;
+    if (ExpandStoreToken(section, sectionName, locale) != KeyCut && ExpandStoreToken(key, keyName, locale) != KeyCut) {
+        found = LookupKey(sectionName, keyName, raw, defaultValue);
+        CBoundedString other;
+        if (found == KeyMissing && QuotedOtherwise(keyName, other))
+            found = LookupKey(sectionName, other, raw, defaultValue);
+    }
+    // A cut text stands for nothing: it reads as a missing key.
+    if (found == KeyCut || ExpandStoreToken(raw, out, locale) == KeyCut) {
+        CopyBounded(out, defaultValue, CBoundedString::Capacity);
+        return 0;
+    }
+    return found;
 }

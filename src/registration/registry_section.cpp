@@ -99,8 +99,10 @@ int CPrinterInf::AddRegistry()
     HKEY root = NULL;
     CRegKey key;
     for (const CInfKey &entry : section->second) {
-        CBoundedString line(entry.Name);
-        line.Append(entry.Value);
+        // A line that does not fit is no line: nothing written or recorded.
+        CBoundedString line;
+        if (!JoinLine(entry, line))
+            continue;
         LogUninstall(UninstallRegistry, line, "1");
 
         char *rootField = line.Text;

@@ -48,7 +48,8 @@ void ReadAddServiceLine(const CInfKey &line, CServiceRecord &service)
 }
 
 // An absent or empty text takes its default: the display name is the key name.
-void ReadServiceTexts(CPrinterInf &inf, CServiceRecord &service)
+// False when a text was cut: no default stands in for it.
+bool ReadServiceTexts(CPrinterInf &inf, CServiceRecord &service)
 {
     const struct {
         const char *Key;
@@ -64,14 +65,16 @@ void ReadServiceTexts(CPrinterInf &inf, CServiceRecord &service)
     for (const auto &text : texts) {
         // An unnamed section is no lookup at all: the default stands.
         *text.Out = CBoundedString(text.Default);
-        inf.LookupKey(service.Section, text.Key, *text.Out, text.Default);
+        if (inf.LookupKey(service.Section, text.Key, *text.Out, text.Default) == KeyCut)
+            return false;
         StripChar(*text.Out, '"');
     }
+    return true;
 }
 
 // Decimal, as atol reads it; an absent or empty number keeps the default of
-// ServiceCreateInfo.
-void ReadServiceNumbers(CPrinterInf &inf, CServiceRecord &service)
+// ServiceCreateInfo. False when a number's line was cut.
+bool ReadServiceNumbers(CPrinterInf &inf, CServiceRecord &service)
 {
     const struct {
         const char *Key;
@@ -83,12 +86,17 @@ void ReadServiceNumbers(CPrinterInf &inf, CServiceRecord &service)
     };
     CInfSection section;
     if (!inf.FindSection(service.Section, section))
-        return;
+        return true;
     for (const auto &number : numbers) {
         CInfKeyList::iterator found;
-        if (inf.FindKey(section, found, number.Key) && !found->Value.IsEmpty())
+        if (!inf.FindKey(section, found, number.Key))
+            continue;
+        if (found->Cut)
+            return false;
+        if (!found->Value.IsEmpty())
             *number.Out = static_cast<DWORD>(std::atol(found->Value));
     }
+    return true;
 }
 
 void PointInfoAtTexts(CServiceRecord &service)
@@ -105,10 +113,8 @@ void PointInfoAtTexts(CServiceRecord &service)
 bool InstallService(CPrinterInf &inf, CServiceRecord &service)
 {
     CServiceControl control;
-    if (control.IsInstalled(service.Name))
+    if (control.IsInstalled(service.Name) || !ReadServiceTexts(inf, service) || !ReadServiceNumbers(inf, service))
         return false;
-    ReadServiceTexts(inf, service);
-    ReadServiceNumbers(inf, service);
     PointInfoAtTexts(service);
     return control.Create(service.Info);
 }
@@ -120,13 +126,15 @@ int CPrinterInf::InstallServices()
     CBoundedString sectionName(InstallSection);
     sectionName.Append(ServicesSectionSuffix);
     CInfSection services;
-    if (!FindSection(sectionName, services))
+    if (InstallSection.Length() + sizeof ServicesSectionSuffix - 1 > CBoundedString::MaxLength ||
+        !FindSection(sectionName, services))
         return 0;
 
-    // Every service listed is recorded, created now or not.
+    // Every service listed is recorded, created now or not; a line that was
+    // cut lists none.
     bool created = false;
     for (const CInfKey &line : services->second) {
-        if (CompareNoCase(line.Name, AddServiceKey) != 0)
+        if (line.Cut || CompareNoCase(line.Name, AddServiceKey) != 0)
             continue;
         CServiceRecord service;
         ReadAddServiceLine(line, service);

@@ -1,6 +1,7 @@
 // The INF grammar as Load hands text to it, then every section and key looked
 // up again by its own name, and every name and value run through the token
-// expansion of a few locales.
+// expansion of a few locales. A line whose name or value did not fit is
+// marked, and no read gives anything of it: not its text, not a default.
 #include <cstring>
 #include <vector>
 
@@ -16,11 +17,12 @@ const char Default[] = "default";
 bool Terminated(const char *buffer, size_t size) { return std::memchr(buffer, 0, size) != nullptr; }
 
 // What the grammar stores: bounded, blanks stripped, no line end or comment.
-void CheckStored(const CBoundedString &text)
+// The head of a cut text may end in a blank that stood inside it.
+void CheckStored(const CBoundedString &text, bool cut)
 {
     FUZZ_CHECK(Terminated(text.Text, sizeof text.Text));
     size_t n = std::strlen(text.Text);
-    FUZZ_CHECK(!n || (text.Text[0] != ' ' && text.Text[n - 1] != ' '));
+    FUZZ_CHECK(!n || (text.Text[0] != ' ' && (cut || text.Text[n - 1] != ' ')));
     FUZZ_CHECK(!std::strpbrk(text.Text, "\r\n;"));
 }
 
@@ -33,7 +35,7 @@ void CheckExpansion(CInfFile &inf, const char *text, unsigned long locale)
         return;
     }
     FUZZ_CHECK(Terminated(out.data(), out.size()));
-    if (!found) {
+    if (found <= 0) {
         FUZZ_CHECK(std::strncmp(out.data(), text, CBoundedString::MaxLength) == 0);
     } else {
         FUZZ_CHECK(IsToken(text));
@@ -48,17 +50,24 @@ void CheckExpansion(CInfFile &inf, const char *text, unsigned long locale)
 
 void CheckKey(CInfFile &inf, CInfSection entry, const CInfKey &key)
 {
-    CheckStored(key.Name);
-    CheckStored(key.Value);
+    CheckStored(key.Name, key.Cut);
+    CheckStored(key.Value, key.Cut);
     FUZZ_CHECK(!std::strchr(key.Name.Text, '='));
+    // Only a field that was filled to its end can have been cut.
+    FUZZ_CHECK(!key.Cut || key.Name.Length() == CBoundedString::MaxLength ||
+               key.Value.Length() == CBoundedString::MaxLength);
     if (key.Name.IsEmpty())
         return;
     CInfKeyList::iterator first;
     FUZZ_CHECK(inf.FindKey(entry, first, key.Name));
     FUZZ_CHECK(first->Name.Equals(key.Name));
     char out[CBoundedString::Capacity];
-    FUZZ_CHECK(inf.LookupKey(entry->first, key.Name, out, Default) == 1);
-    FUZZ_CHECK(std::strcmp(out, first->Value.IsEmpty() ? Default : first->Value.Text) == 0);
+    FUZZ_CHECK(inf.LookupKey(entry->first, key.Name, out, Default) == (first->Cut ? KeyCut : KeyFound));
+    FUZZ_CHECK(std::strcmp(out, first->Cut || first->Value.IsEmpty() ? Default : first->Value.Text) == 0);
+    if (first->Cut && !IsToken(entry->first) && !IsToken(key.Name)) {
+        FUZZ_CHECK(inf.GetStoreValue(entry->first, key.Name, out, Default, 0x0409) == 0);
+        FUZZ_CHECK(std::strcmp(out, Default) == 0);
+    }
 }
 
 }  // namespace

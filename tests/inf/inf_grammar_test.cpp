@@ -69,17 +69,30 @@ TEST(InfGrammar, LinesTheReaderKeeps)
     EXPECT_EQ("A,b,c,", order) << "ordered ignoring case, the first spelling kept, no empty name";
 }
 
-TEST(InfGrammar, OverlongTextKeepsIts259CharactersAndBlanksCountBeforeStripping)
+// Text that does not fit is marked, never passed off as the whole: a cut
+// section name names no section, and a cut line reads as neither found nor
+// missing. Blanks go before the length is judged.
+TEST(InfGrammar, OverlongTextIsMarkedCutAndBlanksCountBeforeStripping)
 {
-    std::string name(3000, 'n'), value(5000, 'v'), section(1000, 's');
+    const std::string name(3000, 'n'), value(5000, 'v'), section(1000, 's');
     CInfFile inf;
-    ParseText(inf, "[" + section + "]\r\n" + name + "=" + value + "\r\nk=" + std::string(258, ' ') + "value");
-    ASSERT_EQ(1u, inf.Sections.size());
-    const CInfKey &key = inf.Sections.begin()->second.front();
-    EXPECT_EQ(std::string(259, 'n'), key.Name.Text);
-    EXPECT_EQ(std::string(259, 'v'), key.Value.Text);
-    EXPECT_EQ("v", std::string(inf.Sections.begin()->second.back().Value.Text));
-    EXPECT_EQ(2, inf.GetKeyCount(std::string(259, 's').c_str()));
+    ParseText(inf, "[" + section + "]\r\nlost=1\r\n[kept]\r\n" + name + "=1\r\nshort=" + value + "\r\nk=" +
+                       std::string(258, ' ') + "value" + std::string(300, ' ') + "\r\n[Strings]\r\nlong=" + value +
+                       "\r\n[tokens]\r\nnamed=%long%");
+    ASSERT_EQ(3u, inf.Sections.size());
+    const CInfKeyList &keys = inf.Sections.find(CBoundedString("kept"))->second;
+    ASSERT_EQ(3u, keys.size());
+    EXPECT_TRUE(keys.front().Cut && std::next(keys.begin())->Cut);
+    EXPECT_EQ(std::string(259, 'n'), keys.front().Name.Text);
+    EXPECT_FALSE(keys.back().Cut);
+    EXPECT_EQ("value", std::string(keys.back().Value.Text));
+    char out[260] = "";
+    EXPECT_EQ(KeyCut, inf.LookupKey("kept", "short", out, "d"));
+    EXPECT_STREQ("d", out);
+    EXPECT_EQ(0, inf.GetStoreValue("kept", "short", out, "d", 0x0409));
+    EXPECT_EQ(0, inf.GetStoreValue("kept", "%long%", out, "d", 0x0409));  // a name cut in Strings
+    EXPECT_EQ(0, inf.GetStoreValue("tokens", "named", out, "d", 0x0409));  // a value that is
+    EXPECT_STREQ("d", out);
 }
 
 const struct {
