@@ -38,10 +38,12 @@ void AddPath(CFileSpec &spec, CBoundedStringList &paths)
 // out once for all its files. Ready once its directory is known to exist:
 // from then on it is not looked at again for this cabinet. A directory that
 // could not be made is looked at again for the next file, which may find it
-// made by an entry served in between.
+// made by an entry served in between. An entry whose id names no directory
+// gets nothing, on disk or on record.
 struct CCabinetDestination {
     CFileSpec Directory;
     bool Ready;
+    bool Named;
 };
 
 CCabinetDestination PrepareDestination(CPrinterInf &printer, const CBoundedString &entry)
@@ -52,7 +54,7 @@ CCabinetDestination PrepareDestination(CPrinterInf &printer, const CBoundedStrin
     CBoundedString copy(entry);
     char *subdirectory = NextToken(copy, ',');
     CBoundedString directory;
-    printer.FindDirectoryIdText(copy, directory);
+    destination.Named = printer.FindDirectoryIdText(copy, directory) != 0;
     destination.Directory.SetDirectory(directory);
     if (subdirectory && *subdirectory)
         destination.Directory.AppendDirectory(subdirectory);
@@ -69,7 +71,7 @@ void InstallExtractedFile(CPrinterInf &printer, CCabinetDestination &destination
     CBoundedString targetDirectory(destination.Directory.DirectoryPath());
     target.SetDirectory(targetDirectory);
     target.SetFileName(file);
-    if (!destination.Directory.Fits() || !target.Fits() || !source.Fits())
+    if (!destination.Named || !destination.Directory.Fits() || !target.Fits() || !source.Fits())
         return;
     if (!destination.Ready)
         destination.Ready = destination.Directory.DirectoryExists() ||
@@ -116,6 +118,8 @@ void CollectSectionFiles(CPrinterInf &printer, const char *name, CBoundedStringL
     for (const CBoundedString &directory : directories) {
         spec.SetDirectory(directory);
         for (const CInfKey &line : section->second) {
+            if (line.Cut)
+                continue;
             spec.SetFileName(line.Name);
             AddPath(spec, paths);
         }

@@ -2,6 +2,7 @@
 
 #include <shlobj.h>
 
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
@@ -522,18 +523,34 @@ int CPrinterInf::BuildDirectoryIds()
     return 1;
 }
 
+// Only a path from a drive's root or a share places a file anywhere certain:
+// an id whose folder could not be had (empty, or the lone backslash of a
+// failed step) or that is no folder on disk names no directory, and nothing
+// falls back to the current directory or a drive's root.
 int CPrinterInf::FindDirectoryId(int id, char *out)
 {
     CDirectoryIdMap::const_iterator found = DirectoryIds.find(id);
-    if (found == DirectoryIds.end())
+    if (found == DirectoryIds.end() || !IsAbsoluteDirectory(found->second))
         return 0;
     CopyBounded(out, found->second.Text, CBoundedString::Capacity);
     return 1;
 }
 
 // The id as an INF writes it, read as atoi reads it: the number at the head
-// of the text counts, and text without one is id 0, which is no INF id.
+// of the text counts, and text without one is id 0, which is no INF id. A
+// number past the range of int is no id either, where atoi's result would
+// be anybody's guess.
 int CPrinterInf::FindDirectoryIdText(const char *id, char *out)
 {
-    return FindDirectoryId(std::atoi(id), out);
+    const char *digits = id;
+    while (*digits == ' ' || (*digits >= '\t' && *digits <= '\r'))
+        ++digits;
+    bool negative = *digits == '-';
+    if (*digits == '-' || *digits == '+')
+        ++digits;
+    long long value = 0;
+    for (; *digits >= '0' && *digits <= '9'; ++digits)
+        if ((value = value * 10 + (*digits - '0')) > INT_MAX)
+            return 0;
+    return FindDirectoryId(static_cast<int>(negative ? -value : value), out);
 }

@@ -197,6 +197,21 @@ const char *RestBelow(const char *directory, const char *path, size_t size, size
 
 }  // namespace
 
+bool IsSingleName(const char *text)
+{
+    size_t n = text ? std::strlen(text) : 0;
+    return n && !std::strpbrk(text, "\\/:") && !IsOnlyDotsAndBlanks(text, n) && !IsDeviceName(text, n);
+}
+
+bool IsAbsoluteDirectory(const char *text)
+{
+    if (!text)
+        return false;
+    bool drive = ((text[0] | 0x20) >= 'a' && (text[0] | 0x20) <= 'z') && text[1] == ':' && IsPathSeparator(text[2]);
+    bool share = IsPathSeparator(text[0]) && IsPathSeparator(text[1]) && text[2] && !std::strchr("\\/?.", text[2]);
+    return drive || share;
+}
+
 size_t ResolveInside(char *out, size_t size, const char *directory, const char *path)
 {
     if (!out || !size)

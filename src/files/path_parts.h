@@ -46,6 +46,15 @@ char *EnsureTrailingBackslash(char *text);
 // file, or the result does not fit size-1 characters.
 size_t ResolveInside(char *out, size_t size, const char *directory, const char *path);
 
+// True when text can be one name in a directory and nothing more: no
+// separator, no colon, not only dots and blanks, no device. Empty text is
+// no name.
+bool IsSingleName(const char *text);
+
+// True when a directory is named from a drive's root ("C:\...") or a share
+// ("\\server\share..."): nothing else places a file anywhere certain.
+bool IsAbsoluteDirectory(const char *text);
+
 // Where the file name of a path begins: behind its last separator, or
 // behind a drive's colon, or 0. A trail byte is never taken for a separator.
 size_t FileNameOffset(const char *path, LeadBytePredicate isLeadByte = nullptr);

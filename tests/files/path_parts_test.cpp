@@ -131,4 +131,24 @@ TEST(PathParts, FileNameOffsetAndJoin)
     EXPECT_EQ("C:\\dir\\next.cab", JoinPath("C:\\dir", "next.cab"));
 }
 
+// A shortcut's group and description must each be one name; a destination
+// must start at a drive's root or a share.
+TEST(PathParts, SingleNamesAndAbsoluteDirectories)
+{
+    static const struct {
+        const char *Text;
+        bool Single, Absolute;
+    } cases[] = {
+        {"Plenarc Demo", true, false},  {"", false, false},          {"..", false, false},
+        {". .", false, false},          {"a\\b", false, false},       {"a/b", false, false},
+        {"C:x", false, false},          {"lpt1.txt", false, false},  {"CONOUT$", false, false},
+        {"C:\\", false, true},          {"c:/dir", false, true},     {"\\", false, false},
+        {"\\\\server\\s", false, true}, {"\\\\?\\C:\\x", false, false}, {"::{20d04fe0}", false, false},
+    };
+    for (const auto &c : cases) {
+        EXPECT_EQ(c.Single, IsSingleName(c.Text)) << c.Text;
+        EXPECT_EQ(c.Absolute, IsAbsoluteDirectory(c.Text)) << c.Text;
+    }
+}
+
 }  // namespace

@@ -75,6 +75,16 @@ void CheckInside(const std::string &name, size_t size)
     FUZZ_CHECK(rest.find("\\\\") == std::string::npos);
 }
 
+// A single name is one part inside a directory, exactly as it is written.
+void CheckSingleName(const std::string &name)
+{
+    const std::string directory = "C:\\work\\";
+    char out[CBoundedString::Capacity];
+    if (IsSingleName(name.c_str()) && directory.size() + name.size() < sizeof out)
+        FUZZ_CHECK(ResolveInside(out, sizeof out, directory.c_str(), (directory + name).c_str()) &&
+                   directory + name == out);
+}
+
 void CheckNulSplit(const std::string &block)
 {
     std::string joined;
@@ -110,6 +120,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         FUZZ_CHECK(again.Make(CBoundedString::Capacity) == whole);
     CheckRepairs(path);
     CheckInside(path, outSize);
+    CheckSingleName(path);
     CheckNulSplit(bytes);
     return 0;
 }
