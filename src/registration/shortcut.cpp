@@ -61,7 +61,10 @@ bool CShortcut::Save(const char *path)
         return false;
 
     // The description is the file name as it stands, dots and all. A path
-    // that doesn't fit is refused, never cut into another name.
+    // that doesn't fit, or a folder that came to nothing, is refused, never
+    // cut into another name or taken for the current directory.
+    if (!IsAbsoluteDirectory(Text(path)))
+        return false;
     char drive[PathDriveSize], directory[PathPartSize];
     SplitPath(Text(path), drive, directory, NULL, NULL);
     char file[2 * MAX_PATH];
@@ -103,20 +106,30 @@ const struct {
 const int ShortcutFieldCount = sizeof ShortcutFields / sizeof ShortcutFields[0];
 
 // Commas cut the text, in place, into the fields; quotes don't protect a
-// comma, and the last field takes the rest. Blanks round a field go.
-void ReadShortcutLine(CPrinterInf &printer, char *text, CShortcutLine &line)
+// comma, and the last field takes the rest. Blanks round a field go. False
+// when a field names a token whose text was cut.
+bool ReadShortcutLine(CPrinterInf &printer, char *text, CShortcutLine &line)
 {
     char *field = text;
     for (int i = 0; i < ShortcutFieldCount && field; ++i) {
         char *rest = i + 1 < ShortcutFieldCount ? NextToken(field, ',') : NULL;
         StripChar(field, ' ');
         CBoundedString &value = line.*ShortcutFields[i].Field;
-        if (ShortcutFields[i].IsText)
-            printer.ExpandToken(field, value, NULL);
-        else
+        if (!ShortcutFields[i].IsText)
             value = CBoundedString(field);
+        else if (printer.ExpandToken(field, value, NULL) == KeyCut)
+            return false;
         field = rest;
     }
+    return true;
+}
+
+// The group is one folder below its root and the description one file in
+// it: a path in either could put the link anywhere.
+bool NamesStayPut(const CShortcutLine &line)
+{
+    return (line.GroupFolder.IsEmpty() || IsSingleName(line.GroupFolder)) &&
+           (line.Description.IsEmpty() || IsSingleName(line.Description));
 }
 
 long Number(const CBoundedString &field) { return std::atol(field); }
@@ -191,16 +204,17 @@ void DescribeLink(CPrinterInf &printer, const CShortcutLine &line, CShortcut &li
 }
 
 // One shortcut: on record before anything else that the line causes, then
-// read, made and saved. The whole line, still uncut, names the record.
+// made and saved. The whole line, still uncut, names the record. A line that
+// was cut, or whose names are paths, is refused before anything.
 void AddShortcut(CPrinterInf &printer, const CInfKey &entry)
 {
     CShortcut link;
-    CBoundedString text(entry.Name);
-    text.Append(entry.Value);
+    CBoundedString text, fields;
+    CShortcutLine line;
+    if (!JoinLine(entry, text) || !ReadShortcutLine(printer, fields = text, line) || !NamesStayPut(line))
+        return;
     printer.LogUninstall(UninstallShortcuts, text, "1");
 
-    CShortcutLine line;
-    ReadShortcutLine(printer, text, line);
     CFileSpec group;
     MakeGroupFolder(printer, line, group);
     DescribeLink(printer, line, link);
