@@ -7,13 +7,18 @@
 //       SetupOpenInfFileA + SetupCloseInfFile (only up to SETUPAPI_LIMIT
 //       bytes, default 2 MB: 10 MB takes minutes), and a plain read with one
 //       pass over the bytes.
+//   install_bench destinations DIR REPEATS
+//       a model whose INF gives 10,000 and then 100,000 cabinets a
+//       destination each, with libraries to register that are nowhere:
+//       Repair through every stage.
 //   install_bench copy DIR REPEATS
 //       cabinets of 10, 100 and 1,000 small files through the copy stage,
 //       through the extraction alone, and the platform's own per-file work:
 //       a file put in place whole (CopyFileA to a temporary name, flushed,
 //       MoveFileExA to its name) and one registry value opened, set and
 //       closed; and the same with CopyFileA straight onto the name.
-// Prints "figure open BYTES repair MS setupapi MS floor MS" and
+// Prints "figure open BYTES repair MS setupapi MS floor MS",
+// "figure destinations LINES repair MS" and
 // "figure copy FILES stage US extract US platform US inplace US" (medians,
 // per file for copy; a setupapi of -1 was not run).
 #include <windows.h>
@@ -157,6 +162,37 @@ int Open(const std::string &directory, int repeats, size_t setupapiLimit)
     return 0;
 }
 
+// ------------------------------------------------------------ destinations
+
+const int DestinationLines[] = {10000, 100000};
+
+std::string ManyDestinationsInf(int lines)
+{
+    std::string text = std::string(InfHead) +
+                       "[Halvern]\r\nBench=Inst\r\n[Inst]\r\nDataSection=Data\r\nCopyFiles=@drv.hlp\r\nCopyCabs=\r\n"
+                       "RegisterFiles=nowhere1.dll,nowhere2.dll\r\n[Data]\r\nDriverFile=drv.drv\r\nDataFile=drv.ppd\r\n"
+                       "ConfigFile=drv.cfg\r\nHelpFile=drv.hlp\r\nPrintProcessor=winprint\r\n[DestinationDirs.CAB]\r\n";
+    for (int i = 0; i < lines; ++i)
+        text += "CAB" + std::to_string(i) + "=11,sub" + std::to_string(i) + "\r\n";
+    return text + "[Strings]\r\nMaker=\"Halvern\"\r\n";
+}
+
+int Destinations(const std::string &directory, int repeats)
+{
+    for (int lines : DestinationLines) {
+        std::string inf = directory + "destinations" + std::to_string(lines) + ".inf";
+        if (!WriteFileText(inf, ManyDestinationsInf(lines)))
+            return 1;
+        double repair = MedianOf(repeats, [&] {
+            int reboot = 0;
+            Repair(inf.c_str(), "Halvern", "Bench", "Bench Printer", &reboot, "");
+        });
+        printf("figure destinations %d repair %.3f\n", lines, repair);
+        fflush(stdout);
+    }
+    return 0;
+}
+
 // ------------------------------------------------------------ cabinets
 
 std::string DriverDirectory()
@@ -265,7 +301,7 @@ int Copy(const std::string &directory, int repeats)
 int main(int argc, char **argv)
 {
     if (argc < 4) {
-        fprintf(stderr, "usage: install_bench open|copy DIR REPEATS [SETUPAPI_LIMIT]\n");
+        fprintf(stderr, "usage: install_bench open|destinations|copy DIR REPEATS [SETUPAPI_LIMIT]\n");
         return 2;
     }
     std::string directory = argv[2];
@@ -276,5 +312,7 @@ int main(int argc, char **argv)
         return Open(directory, repeats, argc > 4 ? strtoul(argv[4], NULL, 10) : DefaultSetupapiLimit);
     if (!strcmp(argv[1], "copy"))
         return Copy(directory, repeats);
+    if (!strcmp(argv[1], "destinations"))
+        return Destinations(directory, repeats);
     return 2;
 }
