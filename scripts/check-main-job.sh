@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Runs the main job on every Wine architecture this host can run (the one
 # scripts/wine-env.sh picks and, where that is win32, win64 as well) and
-# fails unless each run exits 0 within its time and its report shows the
+# fails unless each run exits 0 within its time, tovrel-report keeps a
+# baseline after the install and after the repair, and its report shows the
 # printer, the driver, the files, the service and the uninstall tree, and
-# tovrel-report finds every item of the record held.
+# finds every item of the record held against the baseline.
 #   check-main-job.sh [SECONDS]    time allowed for one run (default 900)
 set -uo pipefail
 cd "$(dirname "$0")/.."
@@ -34,16 +35,25 @@ check_report() {
     local log=$1 arch=$2 env_name env_dir ok=0 part
     if [ "$arch" = win64 ]; then env_name="Windows x64" env_dir=x64; else env_name="Windows NT x86" env_dir=w32x86; fi
     expect "$log" "a second Repair" "^Repair ran through to its end" || ok=1
+    for part in "the baseline after the install" "the baseline after the repair"; do
+        expect "$log" "$part" "^baseline +Plenarc Demo 600: 20 files, 1 service, 1 printer kept under HKLM" || ok=1
+        expect "$log" "$part" "^exit 0$" || ok=1
+    done
+    local held=", as at the baseline$"
     for part in "the report after the install" "the report after the repair"; do
-        expect "$log" "$part" "^printer +Plenarc Demo +port LPT1:, IsPlenarcValid 1$" || ok=1
+        expect "$log" "$part" "^printer +Plenarc Demo +port LPT1:, IsPlenarcValid 1$held" || ok=1
         expect "$log" "$part" "^driver +Plenarc Demo 600 +in \"$env_name\", version 3$" || ok=1
-        expect "$log" "$part" "^file +C:.windows.system32.spool.drivers.$env_dir.3.PLENARC.DRV +present" || ok=1
-        expect "$log" "$part" "^file +C:.windows.system32.plensvc.exe +present" || ok=1
-        expect "$log" "$part" "^service +PlenarcDemo +installed, demand start" || ok=1
+        expect "$log" "$part" "^file +C:.windows.system32.spool.drivers.$env_dir.3.PLENARC.DRV +present 26 bytes$held" || ok=1
+        expect "$log" "$part" "^file +C:.windows.system32.plensvc.exe +present [0-9]+ bytes$held" || ok=1
+        expect "$log" "$part" "^service +PlenarcDemo +installed, demand start, stopped$held" || ok=1
         expect "$log" "$part" "^registry +HKLM,Software.Halvern.Plenarc Demo,Model,0,Plenarc Demo 600 +REG_SZ" || ok=1
-        expect "$log" "$part" "^shortcut .*Plenarc Driver Help.lnk -> C:.windows.system32.PLENARC.HLP$" || ok=1
+        expect "$log" "$part" "^shortcut .*Plenarc Driver Help.lnk -> C:.windows.system32.PLENARC.HLP, starts in " || ok=1
         expect "$log" "$part" "^summary +Plenarc Demo 600: [0-9]+ items, [0-9]+ held, 0 drifted, 0 pending" || ok=1
         expect "$log" "$part" "^exit 0$" || ok=1
+        if report_part "$log" "$part" | grep -E "no baseline|not in the baseline" >/dev/null; then
+            echo "check-main-job: '$part' compares an item with no baseline" >&2
+            ok=1
+        fi
     done
     expect "$log" "the report after the repair, as JSON" "\"drifted\": 0, \"pending\": 0" || ok=1
     return $ok

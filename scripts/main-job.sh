@@ -2,7 +2,8 @@
 # The main job: installs the demonstration printer INF into a private Wine
 # prefix through RunDll32 and tovrel.dll's Repair_RunDll, repairs it once
 # more through Repair, and shows what the install left behind as tovrel-report
-# sees it, after the install and after the repair.
+# sees it, after the install and after the repair. As a deployment script
+# should, it has tovrel-report keep a baseline right after each of the two.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -64,12 +65,17 @@ show_report() {
     echo "exit $code"
 }
 
+echo "== the baseline after the install"
+show_report --baseline
 echo "== the report after the install"
 show_report
 echo "== a second Repair over it (repair_cli)"
 (cd "$c/demo" && "$TOVREL_WINE" repair_cli.exe 'C:\demo\plenarc.inf' Halvern 'Plenarc Demo 600' 'Plenarc Demo' 2>/dev/null | tr -d '\r')
+# Against the install's baseline: a repair of an intact install changes nothing.
 echo "== the report after the repair"
 show_report
+echo "== the baseline after the repair"
+show_report --baseline
 echo "== the report after the repair, as JSON"
 show_report --json
 echo "== prefix kept in $WINEPREFIX"

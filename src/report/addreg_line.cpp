@@ -1,5 +1,7 @@
 #include "report/addreg_line.h"
 
+#include <cstdlib>
+
 #include "report/text_compare.h"
 
 static const unsigned long TypeMask = 0xFFFF0001;
@@ -39,42 +41,11 @@ AddRegRoot AddRegRootOf(const std::string &keyword)
     return AddRegRoot::Unknown;
 }
 
-static bool IsBlank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
-}
-
-static unsigned long ReadDigits(const std::string &text, size_t at, unsigned base)
-{
-    unsigned long value = 0;
-    for (; at < text.size(); ++at) {
-        char c = text[at];
-        unsigned digit;
-        if (c >= '0' && c <= '9')
-            digit = c - '0';
-        else if (base == 16 && c >= 'a' && c <= 'f')
-            digit = c - 'a' + 10;
-        else if (base == 16 && c >= 'A' && c <= 'F')
-            digit = c - 'A' + 10;
-        else
-            break;
-        value = value * base + digit;
-    }
-    return value;
-}
-
 unsigned long ReadAddRegFlags(const std::string &flags)
 {
     if (flags.compare(0, 2, "0x") == 0)
-        return ReadDigits(flags, 2, 16);
-    size_t at = 0;
-    while (at < flags.size() && IsBlank(flags[at]))
-        ++at;
-    bool negative = at < flags.size() && flags[at] == '-';
-    if (at < flags.size() && (flags[at] == '-' || flags[at] == '+'))
-        ++at;
-    unsigned long value = ReadDigits(flags, at, 10);
-    return negative ? 0UL - value : value;
+        return std::strtoul(flags.c_str(), NULL, 16);
+    return static_cast<unsigned long>(std::atol(flags.c_str()));
 }
 
 unsigned long RegistryTypeOfFlags(unsigned long flags)

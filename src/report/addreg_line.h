@@ -28,9 +28,12 @@ struct AddRegLine {
 // Nothing is trimmed.
 AddRegLine ParseAddRegLine(const std::string &line);
 AddRegRoot AddRegRootOf(const std::string &keyword);
-// "0x" in lower case: base 16; otherwise a decimal number after blanks and a sign.
+// As the install reads them: after a lower-case "0x" the C runtime's
+// strtoul in base 16, which stops at the largest number rather than wrap;
+// anything else through atol.
 unsigned long ReadAddRegFlags(const std::string &flags);
-// RegTypeNone for the combinations that have no type.
+// RegTypeNone for the combinations that have no type: the install writes
+// those as REG_NONE.
 unsigned long RegistryTypeOfFlags(unsigned long flags);
 const char *RegistryTypeName(unsigned long type);
 

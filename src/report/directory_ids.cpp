@@ -53,6 +53,25 @@ DirectoryLookup ResolveInfDirectory(long infId, std::string &path)
     return DirectoryLookup::NotKnown;
 }
 
+// The shell folders of the table that belong to the machine, not to a profile.
+static bool IsMachineFolder(int csidl)
+{
+    switch (csidl) {
+    case CSIDL_CONTROLS: case CSIDL_PRINTERS: case CSIDL_FONTS: case CSIDL_COMMON_DESKTOPDIRECTORY:
+    case CSIDL_COMMON_PROGRAMS: case CSIDL_COMMON_STARTUP: case CSIDL_COMMON_ALTSTARTUP: case CSIDL_PROGRAM_FILES:
+        return true;
+    }
+    return false;
+}
+
+bool InfDirectoryIsPerUser(long infId)
+{
+    for (const DirectoryRow &row : DirectoryTable)
+        if (row.InfId == infId)
+            return row.From == Source::Temp || (row.From == Source::Folder && !IsMachineFolder(row.Folder));
+    return false;
+}
+
 std::string ProgramsDirectory()
 {
     return DirectoryOfSource(Source::Folder, CSIDL_PROGRAMS);

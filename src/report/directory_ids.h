@@ -12,6 +12,9 @@ enum class DirectoryLookup {
 };
 
 DirectoryLookup ResolveInfDirectory(long infId, std::string &path);
+// True for the directories of the current user's own profile, as against
+// the machine's.
+bool InfDirectoryIsPerUser(long infId);
 // The Programs folder of the current user's Start menu.
 std::string ProgramsDirectory();
 

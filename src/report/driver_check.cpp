@@ -4,6 +4,8 @@
 static ReportItem DriverItem(const std::string &model, const DriverRecord &driver)
 {
     std::string where = "in \"" + driver.Environment + "\"";
+    if (!driver.Listed)
+        return MakeItem("driver", model, ItemState::Unchecked, "the spooler's drivers " + where + " cannot be listed");
     if (!driver.Found)
         return MakeItem("driver", model, ItemState::Drifted, "not " + where);
     return MakeItem("driver", model, ItemState::Held, where + ", version " + std::to_string(driver.Version));
@@ -17,6 +19,6 @@ void CheckDriverAndModelValues(const UninstallRecord &record, const DriverRecord
         if (!value)
             items.push_back(MakeItem("model", ModelValueNames[i], ItemState::Unchecked, "not in the record"));
         else
-            items.push_back(CheckModelValue(*value, driver));
+            items.push_back(CheckModelValue(*value, driver, record));
     }
 }

@@ -43,16 +43,17 @@ DriverRecord ReadDriverRecord(const std::string &model)
 {
     const char *environment = NativeEnvironment();
     SpoolerList<DRIVER_INFO_3A> drivers;
-    ListDrivers(environment, drivers);
+    bool listed = ListDrivers(environment, drivers);
     const DRIVER_INFO_3A *found = nullptr;
     for (const DRIVER_INFO_3A &info : drivers)
         if (info.pName && EqualNoCase(info.pName, model) && (!found || info.cVersion > found->cVersion))
             found = &info;
+    DriverRecord driver;
     if (found)
-        return CopyRecord(*found, environment);
-    DriverRecord none;
-    none.Environment = environment;
-    return none;
+        driver = CopyRecord(*found, environment);
+    driver.Listed = listed;
+    driver.Environment = environment;
+    return driver;
 }
 
 std::string DriverDirectory(const std::string &environment)

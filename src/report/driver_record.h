@@ -7,6 +7,7 @@
 #include <vector>
 
 struct DriverRecord {
+    bool Listed = false;  // the spooler's list could be read
     bool Found = false;
     unsigned long Version = 0;
     std::string Environment;

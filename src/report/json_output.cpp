@@ -29,10 +29,11 @@ static void WriteItem(FILE *out, const ReportItem &item, bool last)
                  Quoted(item.Detail).c_str(), last ? "" : ",");
 }
 
-void WriteJsonReport(FILE *out, const std::string &model, const ReportItems &items, const ReportTally &tally,
-                     int exitCode)
+void WriteJsonReport(FILE *out, const std::string &model, bool baseline, const ReportItems &items,
+                     const ReportTally &tally, int exitCode)
 {
-    std::fprintf(out, "{\n  \"model\": %s,\n  \"items\": [\n", Quoted(model).c_str());
+    std::fprintf(out, "{\n  \"model\": %s,\n  \"baseline\": %s,\n  \"items\": [\n", Quoted(model).c_str(),
+                 baseline ? "true" : "false");
     for (size_t i = 0; i < items.size(); ++i)
         WriteItem(out, items[i], i + 1 == items.size());
     std::fprintf(out,
@@ -52,4 +53,13 @@ void WriteJsonModels(FILE *out, const std::vector<std::string> &models)
 void WriteJsonNoRecord(FILE *out, const std::string &model)
 {
     std::fprintf(out, "{\n  \"model\": %s,\n  \"error\": \"no record\",\n  \"exit\": 2\n}\n", Quoted(model).c_str());
+}
+
+void WriteJsonBaseline(FILE *out, const std::string &model, bool kept, const BaselineTally &tally, int exitCode)
+{
+    std::fprintf(out,
+                 "{\n  \"model\": %s,\n  \"kept\": %s,\n  \"files\": %d, \"missing\": %d, \"services\": %d, "
+                 "\"printers\": %d,\n  \"exit\": %d\n}\n",
+                 Quoted(model).c_str(), kept ? "true" : "false", tally.Files, tally.MissingFiles, tally.Services,
+                 tally.Printers, exitCode);
 }

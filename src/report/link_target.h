@@ -1,10 +1,15 @@
-// What a shell link file points at, read through the shell's link object.
+// What a shell link file points at and where it starts, read through the
+// shell's link object.
 #ifndef TOVREL_REPORT_LINK_TARGET_H
 #define TOVREL_REPORT_LINK_TARGET_H
 
 #include <string>
 
-// False when the link cannot be loaded; target then says why.
-bool ReadLinkTarget(const std::string &linkPath, std::string &target);
+struct LinkFacts {
+    std::string Target, WorkingDirectory;
+};
+
+// False when the link cannot be loaded; failure then says why.
+bool ReadLink(const std::string &linkPath, LinkFacts &link, std::string &failure);
 
 #endif

@@ -1,8 +1,9 @@
 #include <windows.h>
 
-#include "report/file_check.h"
+#include "report/file_facts.h"
 #include "report/model_value_check.h"
 #include "report/spooler_lists.h"
+#include "report/system_family.h"
 #include "report/text_compare.h"
 
 static const char Kind[] = "model";
@@ -18,12 +19,26 @@ static std::string TextOrEmpty(const char *text)
     return text ? text : "";
 }
 
+static std::string CannotList(const char *what)
+{
+    return std::string("the spooler's ") + what + " cannot be listed, error " + std::to_string(GetLastError());
+}
+
+// A driver that could not be looked for is not missing.
+static ReportItem NoDriver(const NamedValue &value, const DriverRecord &driver)
+{
+    if (!driver.Listed)
+        return MakeItem(Kind, value.Name, ItemState::Unchecked,
+                        Quoted(value.Text) + ", the spooler's drivers cannot be listed");
+    return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", the spooler has no such driver");
+}
+
 // A driver file: the spooler's path for it ends in the recorded name, and
 // the file is there.
 static ReportItem CheckDriverFile(const NamedValue &value, const DriverRecord &driver, const std::string &field)
 {
     if (!driver.Found)
-        return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", the spooler has no such driver");
+        return NoDriver(value, driver);
     const std::string &path = field;
     if (!EqualNoCase(FileNameOf(path), value.Text))
         return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", the driver has " + Quoted(path));
@@ -35,7 +50,7 @@ static ReportItem CheckDriverFile(const NamedValue &value, const DriverRecord &d
 static ReportItem CheckDriverText(const NamedValue &value, const DriverRecord &driver, const std::string &field)
 {
     if (!driver.Found)
-        return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", the spooler has no such driver");
+        return NoDriver(value, driver);
     if (!EqualNoCase(field, value.Text))
         return MakeItem(Kind, value.Name, ItemState::Drifted, Quoted(value.Text) + ", the driver has " + Quoted(field));
     return MakeItem(Kind, value.Name, ItemState::Held, Quoted(value.Text) + ", as the driver has it");
@@ -44,7 +59,8 @@ static ReportItem CheckDriverText(const NamedValue &value, const DriverRecord &d
 static ReportItem CheckMonitorName(const NamedValue &value, const DriverRecord &driver)
 {
     SpoolerList<MONITOR_INFO_2A> monitors;
-    ListMonitors(monitors);
+    if (!ListMonitors(monitors))
+        return MakeItem(Kind, value.Name, ItemState::Unchecked, Quoted(value.Text) + ", " + CannotList("monitors"));
     for (const MONITOR_INFO_2A &monitor : monitors)
         if (EqualNoCase(TextOrEmpty(monitor.pName), value.Text))
             return CheckDriverText(value, driver, driver.MonitorName);
@@ -54,7 +70,8 @@ static ReportItem CheckMonitorName(const NamedValue &value, const DriverRecord &
 static ReportItem CheckMonitorFile(const NamedValue &value)
 {
     SpoolerList<MONITOR_INFO_2A> monitors;
-    ListMonitors(monitors);
+    if (!ListMonitors(monitors))
+        return MakeItem(Kind, value.Name, ItemState::Unchecked, Quoted(value.Text) + ", " + CannotList("monitors"));
     for (const MONITOR_INFO_2A &monitor : monitors)
         if (EqualNoCase(FileNameOf(TextOrEmpty(monitor.pDLLName)), value.Text))
             return MakeItem(Kind, value.Name, ItemState::Held,
@@ -65,7 +82,8 @@ static ReportItem CheckMonitorFile(const NamedValue &value)
 static ReportItem CheckProcessorName(const NamedValue &value, const char *environment)
 {
     SpoolerList<PRINTPROCESSOR_INFO_1A> processors;
-    ListProcessors(environment, processors);
+    if (!ListProcessors(environment, processors))
+        return MakeItem(Kind, value.Name, ItemState::Unchecked, Quoted(value.Text) + ", " + CannotList("processors"));
     for (const PRINTPROCESSOR_INFO_1A &processor : processors)
         if (EqualNoCase(TextOrEmpty(processor.pName), value.Text))
             return MakeItem(Kind, value.Name, ItemState::Held, Quoted(value.Text) + ", installed");
@@ -74,7 +92,7 @@ static ReportItem CheckProcessorName(const NamedValue &value, const char *enviro
 
 // The spooler loads a processor from its processor directory; a built-in
 // one such as winprint lives in the system directory instead.
-static ReportItem CheckProcessorFile(const NamedValue &value, const char *environment)
+static ReportItem FindProcessorFile(const NamedValue &value, const char *environment)
 {
     char directories[2][MAX_PATH] = {"", ""};
     DWORD needed = 0;
@@ -93,7 +111,27 @@ static ReportItem CheckProcessorFile(const NamedValue &value, const char *enviro
                     Quoted(value.Text) + ", in neither the processor nor the system directory");
 }
 
-ReportItem CheckModelValue(const NamedValue &value, const DriverRecord &driver)
+// The 9x spooler lists its print processors but keeps their files nowhere
+// this report can rely on (under Wine in no directory at all): there the
+// processor stands when the spooler lists the recorded name for the
+// driver's environment.
+static ReportItem CheckProcessorFile(const NamedValue &value, const char *environment, const UninstallRecord &record)
+{
+    if (IsNtFamily())
+        return FindProcessorFile(value, environment);
+    const NamedValue *name = FindModelValue(record, "Print Processor Name");
+    if (!name || name->Text.empty())
+        return MakeItem(Kind, value.Name, ItemState::Unchecked,
+                        Quoted(value.Text) + ", with no processor name on record to ask the spooler for");
+    ReportItem listed = CheckProcessorName(*name, environment);
+    std::string detail = Quoted(value.Text) + ", the file of processor " + Quoted(name->Text);
+    if (listed.State != ItemState::Held)
+        return MakeItem(Kind, value.Name, listed.State, detail + ": " + listed.Detail);
+    return MakeItem(Kind, value.Name, ItemState::Held,
+                    detail + ", which the spooler lists for \"" + environment + "\"");
+}
+
+ReportItem CheckModelValue(const NamedValue &value, const DriverRecord &driver, const UninstallRecord &record)
 {
     const std::string &name = value.Name;
     if (EqualNoCase(name, "PnP ID"))
@@ -117,6 +155,6 @@ ReportItem CheckModelValue(const NamedValue &value, const DriverRecord &driver)
     if (EqualNoCase(name, "Print Processor Name"))
         return CheckProcessorName(value, driver.Environment.c_str());
     if (EqualNoCase(name, "Print Processor File"))
-        return CheckProcessorFile(value, driver.Environment.c_str());
+        return CheckProcessorFile(value, driver.Environment.c_str(), record);
     return MakeItem(Kind, name, ItemState::Unchecked, Quoted(value.Text));
 }

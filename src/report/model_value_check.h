@@ -6,7 +6,9 @@
 #include "report/registry_read.h"
 #include "report/report_item.h"
 #include "report/driver_record.h"
+#include "report/uninstall_record.h"
 
-ReportItem CheckModelValue(const NamedValue &value, const DriverRecord &driver);
+// record: for the values that are judged together with another of the model.
+ReportItem CheckModelValue(const NamedValue &value, const DriverRecord &driver, const UninstallRecord &record);
 
 #endif

@@ -1,51 +1,85 @@
-#include <windows.h>
-#include <winspool.h>
-
+#include "report/baseline_fields.h"
 #include "report/printer_check.h"
-#include "report/spooler_lists.h"
+#include "report/printer_facts.h"
 #include "report/text_compare.h"
-#include "support/handles.h"
 
 static const char Kind[] = "printer";
-static const char ValidMark[] = "IsPlenarcValid";
-static const DWORD MarkValue = 1;
 
-// The mark as "REG_DWORD 1", or what stands in its place.
-static bool ReadMark(const char *printer, std::string &shown)
+static const PrinterFacts *FindPrinter(const std::vector<PrinterFacts> &printers, const std::string &name)
 {
-    CPrinterHandle handle;
-    if (!OpenPrinterA(const_cast<char *>(printer), handle.Put(), NULL)) {
-        shown = "cannot be opened";
-        return false;
-    }
-    DWORD type = 0, needed = 0, value = 0;
-    DWORD result = GetPrinterDataA(handle.Get(), const_cast<char *>(ValidMark), &type,
-                                   reinterpret_cast<BYTE *>(&value), sizeof value, &needed);
-    if (result != ERROR_SUCCESS) {
-        shown = std::string(ValidMark) + " missing";
-        return false;
-    }
-    shown = std::string(ValidMark) + (type == REG_DWORD ? " " + std::to_string(value) : " not a REG_DWORD");
-    return type == REG_DWORD && needed == sizeof value && value == MarkValue;
+    for (const PrinterFacts &printer : printers)
+        if (EqualNoCase(printer.Name, name))
+            return &printer;
+    return nullptr;
 }
 
-void CheckPrintersOfModel(const std::string &model, ReportItems &items)
+// A printer that the baseline names: still there, on the model's driver,
+// on its port, and marked.
+static ReportItem AsAtBaseline(const BaselineEntry &entry, const std::vector<PrinterFacts> &printers)
 {
-    SpoolerList<PRINTER_INFO_2A> printers;
-    if (!ListLocalPrinters(printers)) {
+    PrinterFacts was;
+    if (entry.State != EntryState::Found || !PrinterOfFields(entry.Fields, was))
+        return MakeItem(Kind, entry.Name, ItemState::Unchecked, "its baseline entry is unreadable");
+    const PrinterFacts *now = FindPrinter(printers, entry.Name);
+    if (!now)
+        return MakeItem(Kind, entry.Name, ItemState::Drifted, "gone; it was on port " + was.Port);
+    std::string mark;
+    bool marked = ReadPrinterMark(now->Name, mark);
+    std::string detail = "port " + now->Port + ", " + mark;
+    std::string changes;
+    if (!EqualNoCase(now->Driver, was.Driver))
+        changes += "driver \"" + now->Driver + "\", was \"" + was.Driver + "\"";
+    if (!EqualNoCase(now->Port, was.Port))
+        changes += (changes.empty() ? "port was " : ", port was ") + was.Port;
+    if (!changes.empty())
+        return MakeItem(Kind, now->Name, ItemState::Drifted, detail + "; since the baseline: " + changes);
+    if (!marked)
+        return MakeItem(Kind, now->Name, ItemState::Drifted, detail);
+    return MakeItem(Kind, now->Name, ItemState::Held, detail + ", as at the baseline");
+}
+
+// A printer of the model that the baseline does not name, or any printer
+// of it when there is no baseline: only its mark can be judged.
+static ReportItem MarkOnly(const PrinterFacts &printer, const char *why)
+{
+    std::string mark;
+    bool marked = ReadPrinterMark(printer.Name, mark);
+    return MakeItem(Kind, printer.Name, marked ? ItemState::Unchecked : ItemState::Drifted,
+                    "port " + printer.Port + ", " + mark + why);
+}
+
+static void CheckAgainstBaseline(const std::vector<PrinterFacts> &printers, const std::string &model,
+                                 const CBaseline &baseline, ReportItems &items)
+{
+    std::vector<BaselineEntry> entries;
+    LONG error = ERROR_SUCCESS;
+    if (!baseline.Entries(BaselinePrinters, entries, error))
+        items.push_back(MakeItem(RecordKind, "baseline printers", ItemState::Unchecked,
+                                 "cannot be listed, error " + std::to_string(error)));
+    for (const BaselineEntry &entry : entries)
+        items.push_back(AsAtBaseline(entry, printers));
+    for (const PrinterFacts &printer : PrintersOfModel(printers, model)) {
+        bool named = false;
+        for (const BaselineEntry &entry : entries)
+            named = named || EqualNoCase(entry.Name, printer.Name);
+        if (!named)
+            items.push_back(MarkOnly(printer, "; not in the baseline"));
+    }
+}
+
+void CheckPrintersOfModel(const std::string &model, const CBaseline &baseline, ReportItems &items)
+{
+    std::vector<PrinterFacts> printers;
+    if (!ReadLocalPrinters(printers)) {
         items.push_back(MakeItem(Kind, "(spooler)", ItemState::Unchecked, "the printers cannot be listed"));
         return;
     }
     size_t before = items.size();
-    for (const PRINTER_INFO_2A &printer : printers) {
-        if (!printer.pPrinterName || !printer.pDriverName || !EqualNoCase(printer.pDriverName, model))
-            continue;
-        std::string mark;
-        bool marked = ReadMark(printer.pPrinterName, mark);
-        std::string port = printer.pPortName ? printer.pPortName : "";
-        items.push_back(MakeItem(Kind, printer.pPrinterName, marked ? ItemState::Held : ItemState::Drifted,
-                                 "port " + port + ", " + mark));
-    }
+    if (baseline.Exists())
+        CheckAgainstBaseline(printers, model, baseline, items);
+    else
+        for (const PrinterFacts &printer : PrintersOfModel(printers, model))
+            items.push_back(MarkOnly(printer, "; name and port not compared: no baseline"));
     if (items.size() == before)
         items.push_back(MakeItem(Kind, "(none)", ItemState::Drifted, "no printer uses the driver"));
 }

@@ -1,16 +1,19 @@
-// Every item of a record checked against the machine, and the tally.
+// Every item of a record checked against the machine and the baseline, and
+// the tally.
 #ifndef TOVREL_REPORT_RECORD_CHECK_H
 #define TOVREL_REPORT_RECORD_CHECK_H
 
+#include "report/baseline_store.h"
 #include "report/report_item.h"
 #include "report/uninstall_record.h"
 
 struct ReportTally {
     int Items = 0, Held = 0, Drifted = 0, Pending = 0, Unchecked = 0;
+    bool Incomplete = false;  // part of the record or the baseline could not be read
 };
 
 // The items in their fixed order.
-ReportItems CheckRecord(const UninstallRecord &record);
+ReportItems CheckRecord(const UninstallRecord &record, const CBaseline &baseline);
 ReportTally TallyItems(const ReportItems &items);
 
 #endif

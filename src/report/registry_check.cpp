@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include "report/addreg_line.h"
+#include "report/current_user.h"
 #include "report/registry_check.h"
 #include "report/text_compare.h"
 
@@ -91,16 +92,18 @@ ReportItem CheckRegistryLine(const std::string &line, const std::vector<NamedVal
     AddRegLine parsed = ParseAddRegLine(line);
     if (!parsed.HasValue)
         return MakeItem(Kind, line, ItemState::Held, "no value given: the install writes nothing");
-    HKEY root = RootKey(AddRegRootOf(parsed.Root));
+    AddRegRoot rootName = AddRegRootOf(parsed.Root);
+    HKEY root = RootKey(rootName);
     if (root == NULL)
         return MakeItem(Kind, line, ItemState::Unchecked,
                         "root \"" + parsed.Root + "\" is none of HKCR, HKCU, HKLM, HKU");
     unsigned long flags = ReadAddRegFlags(parsed.Flags);
-    unsigned long type = RegistryTypeOfFlags(flags);
-    if (type == RegTypeNone)
-        return MakeItem(Kind, line, ItemState::Unchecked, "flags " + parsed.Flags + " give no type to check");
     CRegistryHandle key;
-    if (!OpenKeyToRead(root, parsed.Subkey, key))
-        return MakeItem(Kind, line, ItemState::Drifted, "key missing");
-    return CompareValue(line, key.Get(), parsed, type, ExpectedTexts(parsed, flags, recordedFiles));
+    ReportItem item = OpenKeyToRead(root, parsed.Subkey, key)
+                          ? CompareValue(line, key.Get(), parsed, RegistryTypeOfFlags(flags),
+                                         ExpectedTexts(parsed, flags, recordedFiles))
+                          : MakeItem(Kind, line, ItemState::Drifted, "key missing");
+    if (rootName == AddRegRoot::CurrentUser)
+        item.Detail += InUserHive();
+    return item;
 }

@@ -4,7 +4,8 @@
 
 #include "report/text_compare.h"
 
-const char *const ItemKinds[] = {"model", "file", "registry", "service", "shortcut",
+const char RecordKind[] = "record";
+const char *const ItemKinds[] = {RecordKind, "model", "file", "registry", "service", "shortcut",
                                  "library", "driver", "printer"};
 const int ItemKindCount = sizeof(ItemKinds) / sizeof(ItemKinds[0]);
 

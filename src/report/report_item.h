@@ -21,7 +21,16 @@ struct ReportItem {
 
 typedef std::vector<ReportItem> ReportItems;
 
-// The kinds, in the order in which the report lists them.
+// A state and the words that say why, to follow what was found.
+struct Verdict {
+    ItemState State;
+    std::string Text;
+};
+
+// The kinds, in the order in which the report lists them. Items of the
+// first, RecordKind, say what of the record or the baseline the report
+// could not read.
+extern const char RecordKind[];
 extern const char *const ItemKinds[];
 extern const int ItemKindCount;
 

@@ -1,72 +1,55 @@
 #include <windows.h>
 
-#include <vector>
-
+#include "report/baseline_fields.h"
 #include "report/service_check.h"
-#include "support/handles.h"
+#include "report/text_compare.h"
 
 static const char Kind[] = "service";
 
-static const char *StartTypeText(DWORD startType)
+static std::string Changes(const ServiceFacts &now, const ServiceFacts &was)
 {
-    switch (startType) {
-    case SERVICE_BOOT_START: return "boot start";
-    case SERVICE_SYSTEM_START: return "system start";
-    case SERVICE_AUTO_START: return "auto start";
-    case SERVICE_DEMAND_START: return "demand start";
-    case SERVICE_DISABLED: return "disabled";
-    }
-    return "unknown start type";
+    std::string changes;
+    if (!EqualNoCase(now.BinaryPath, was.BinaryPath))
+        changes += "binary \"" + now.BinaryPath + "\", was \"" + was.BinaryPath + "\"";
+    if (now.StartType != was.StartType)
+        changes += std::string(changes.empty() ? "" : ", ") + "start type was " + StartTypeText(was.StartType);
+    if (now.Type != was.Type)
+        changes += std::string(changes.empty() ? "" : ", ") + "type " + std::to_string(now.Type) + ", was "
+                   + std::to_string(was.Type);
+    return changes;
 }
 
-static const char *RunStateText(DWORD state)
+// Binary, start type and type against the baseline.
+static Verdict AgainstBaseline(const std::string &name, const ServiceFacts &now, const CBaseline &baseline)
 {
-    switch (state) {
-    case SERVICE_STOPPED: return "stopped";
-    case SERVICE_START_PENDING: return "starting";
-    case SERVICE_STOP_PENDING: return "stopping";
-    case SERVICE_RUNNING: return "running";
-    case SERVICE_CONTINUE_PENDING: return "continuing";
-    case SERVICE_PAUSE_PENDING: return "pausing";
-    case SERVICE_PAUSED: return "paused";
-    }
-    return "in an unknown state";
+    if (!baseline.Exists())
+        return {ItemState::Unchecked, "; binary and start type not compared: no baseline"};
+    BaselineFields fields;
+    ServiceFacts was;
+    EntryState entry = baseline.Entry(BaselineServices, name, fields);
+    bool readable = entry == EntryState::Found && ServiceOfFields(fields, was);
+    return BaselineVerdict(entry, readable, readable ? Changes(now, was) : std::string());
 }
 
-static bool QueryStartType(SC_HANDLE service, DWORD &startType)
+ReportItem CheckService(const std::string &name, const CBaseline &baseline)
 {
-    DWORD needed = 0;
-    QueryServiceConfigA(service, NULL, 0, &needed);
-    if (needed == 0)
-        return false;
-    // QUERY_SERVICE_CONFIGA and the strings behind it, aligned as the record needs.
-    std::vector<QUERY_SERVICE_CONFIGA> buffer(needed / sizeof(QUERY_SERVICE_CONFIGA) + 1);
-    DWORD size = static_cast<DWORD>(buffer.size() * sizeof(QUERY_SERVICE_CONFIGA));
-    if (!QueryServiceConfigA(service, buffer.data(), size, &needed))
-        return false;
-    startType = buffer[0].dwStartType;
-    return true;
-}
-
-ReportItem CheckService(const std::string &name)
-{
-    CServiceHandle manager(OpenSCManagerA(NULL, NULL, SC_MANAGER_CONNECT));
-    if (!manager.IsValid())
-        return MakeItem(Kind, name, ItemState::Unchecked, "no service control manager");
-    CServiceHandle service(OpenServiceA(manager.Get(), name.c_str(), SERVICE_QUERY_CONFIG | SERVICE_QUERY_STATUS));
-    if (!service.IsValid()) {
-        DWORD error = GetLastError();
-        if (error == ERROR_SERVICE_DOES_NOT_EXIST)
-            return MakeItem(Kind, name, ItemState::Drifted, "not installed");
-        return MakeItem(Kind, name, ItemState::Unchecked, "cannot be opened, error " + std::to_string(error));
-    }
-    DWORD startType = 0;
-    SERVICE_STATUS status;
-    if (!QueryStartType(service.Get(), startType) || !QueryServiceStatus(service.Get(), &status))
+    ServiceFacts facts = ReadServiceFacts(name);
+    switch (facts.Outcome) {
+    case ServiceRead::NoManager: return MakeItem(Kind, name, ItemState::Unchecked, "no service control manager");
+    case ServiceRead::NotInstalled: return MakeItem(Kind, name, ItemState::Drifted, "not installed");
+    case ServiceRead::CannotOpen:
+        return MakeItem(Kind, name, ItemState::Unchecked, "cannot be opened, error " + std::to_string(facts.Error));
+    case ServiceRead::Unreadable:
         return MakeItem(Kind, name, ItemState::Unchecked, "installed; its state cannot be read");
-    std::string detail = std::string("installed, ") + StartTypeText(startType) + ", " + RunStateText(status.dwCurrentState);
-    // An automatic service that does not run has stopped since the system
-    // started it; a demand service is stopped until somebody starts it.
-    bool drifted = startType == SERVICE_AUTO_START && status.dwCurrentState != SERVICE_RUNNING;
-    return MakeItem(Kind, name, drifted ? ItemState::Drifted : ItemState::Held, detail);
+    case ServiceRead::Read: break;
+    }
+    std::string detail =
+        std::string("installed, ") + StartTypeText(facts.StartType) + ", " + RunStateText(facts.RunState);
+    Verdict verdict = AgainstBaseline(name, facts, baseline);
+    // A disabled service never runs, whatever anybody meant; an automatic
+    // one that does not run has stopped since the system started it. A
+    // demand service is stopped until somebody starts it.
+    bool broken = facts.StartType == SERVICE_DISABLED
+                  || (facts.StartType == SERVICE_AUTO_START && facts.RunState != SERVICE_RUNNING);
+    return MakeItem(Kind, name, broken ? ItemState::Drifted : verdict.State, detail + verdict.Text);
 }

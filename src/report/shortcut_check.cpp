@@ -1,5 +1,6 @@
+#include "report/current_user.h"
 #include "report/directory_ids.h"
-#include "report/file_check.h"
+#include "report/file_facts.h"
 #include "report/link_target.h"
 #include "report/shortcut_check.h"
 #include "report/shortcut_line.h"
@@ -7,6 +8,12 @@
 
 static const char Kind[] = "shortcut";
 static const char LinkExtension[] = ".lnk";
+
+// What the line asks of its link, worked out on this machine.
+struct ExpectedLink {
+    std::string Group, Target, WorkingDirectory;
+    bool InProfile = false;
+};
 
 // The directory of an id field; false when the record cannot tell it.
 static bool FieldDirectory(const std::string &field, std::string &directory)
@@ -21,36 +28,72 @@ static bool FieldDirectory(const std::string &field, std::string &directory)
     return true;
 }
 
-static bool GroupDirectory(const ShortcutLine &line, std::string &group)
+// A root with no path puts the group below the current user's Programs folder.
+static bool GroupDirectory(const ShortcutLine &line, ExpectedLink &link)
 {
     std::string root;
-    if (!line.Fields[GroupRootField].empty() && !FieldDirectory(line.Fields[GroupRootField], root))
+    const std::string &rootField = line.Fields[GroupRootField];
+    if (!rootField.empty() && !FieldDirectory(rootField, root))
         return false;
+    link.InProfile = root.empty() || InfDirectoryIsPerUser(ReadFieldNumber(rootField));
     if (root.empty())
         root = ProgramsDirectory();
-    group = AppendDirectoryPart(root, line.Fields[GroupFolderField]);
+    link.Group = AppendDirectoryPart(root, line.Fields[GroupFolderField]);
     return true;
 }
 
-// The target's full path, empty text for a link without one.
-static bool TargetPath(const ShortcutLine &line, std::string &target)
+// The target's full path, empty for a link without one; and the working
+// directory, which without a root of its own is the target's.
+static bool TargetAndWorkingDirectory(const ShortcutLine &line, ExpectedLink &link)
 {
-    target.clear();
-    if (line.Fields[TargetRootField].empty())
-        return true;
     std::string root;
-    if (!FieldDirectory(line.Fields[TargetRootField], root))
+    if (!line.Fields[TargetRootField].empty()) {
+        if (!FieldDirectory(line.Fields[TargetRootField], root))
+            return false;
+        link.WorkingDirectory = AppendDirectoryPart(root, line.Fields[TargetFolderField]);
+        link.Target = link.WorkingDirectory + line.Fields[TargetFileField];
+    }
+    if (line.Fields[WorkingRootField].empty())
+        return true;
+    if (!FieldDirectory(line.Fields[WorkingRootField], root))
         return false;
-    target = AppendDirectoryPart(root, line.Fields[TargetFolderField]) + line.Fields[TargetFileField];
+    link.WorkingDirectory = AppendDirectoryPart(root, line.Fields[WorkingFolderField]);
     return true;
 }
 
 static bool NamesToken(const ShortcutLine &line)
 {
-    for (int field : {GroupFolderField, DescriptionField, TargetFolderField, TargetFileField})
+    for (int field : {GroupFolderField, DescriptionField, TargetFolderField, TargetFileField, WorkingFolderField})
         if (HoldsStringToken(line.Fields[field]))
             return true;
     return false;
+}
+
+// Directories compare with or without the backslash at their end.
+static bool SameDirectory(std::string a, std::string b)
+{
+    for (std::string *text : {&a, &b})
+        if (!text->empty() && text->back() == '\\')
+            text->pop_back();
+    return EqualNoCase(a, b);
+}
+
+static Verdict CompareLink(const std::string &path, const ExpectedLink &expected)
+{
+    LinkFacts found;
+    std::string failure;
+    if (!FileIsPresent(path, nullptr))
+        return {ItemState::Drifted, path + " missing"};
+    if (!ReadLink(path, found, failure))
+        return {ItemState::Drifted, path + ": " + failure};
+    if (!EqualNoCase(found.Target, expected.Target))
+        return {ItemState::Drifted,
+                path + " points to \"" + found.Target + "\", the line gives \"" + expected.Target + "\""};
+    if (!SameDirectory(found.WorkingDirectory, expected.WorkingDirectory))
+        return {ItemState::Drifted, path + " starts in \"" + found.WorkingDirectory + "\", the line gives \""
+                                        + expected.WorkingDirectory + "\""};
+    std::string start = expected.WorkingDirectory.empty() ? "" : ", starts in " + expected.WorkingDirectory;
+    return {ItemState::Held, path + " -> " + (expected.Target.empty() ? "(no target)" : expected.Target) + start};
 }
 
 ReportItem CheckShortcutLine(const std::string &text)
@@ -58,16 +101,9 @@ ReportItem CheckShortcutLine(const std::string &text)
     ShortcutLine line = ParseShortcutLine(text);
     if (line.Fields[DescriptionField].empty())
         return MakeItem(Kind, text, ItemState::Held, "no description: the install makes no link");
-    std::string group, expected, found;
-    if (NamesToken(line) || !GroupDirectory(line, group) || !TargetPath(line, expected))
+    ExpectedLink expected;
+    if (NamesToken(line) || !GroupDirectory(line, expected) || !TargetAndWorkingDirectory(line, expected))
         return MakeItem(Kind, text, ItemState::Unchecked, "names a string token or directory the record does not keep");
-    std::string link = group + line.Fields[DescriptionField] + LinkExtension;
-    if (!FileIsPresent(link, nullptr))
-        return MakeItem(Kind, text, ItemState::Drifted, link + " missing");
-    if (!ReadLinkTarget(link, found))
-        return MakeItem(Kind, text, ItemState::Drifted, link + ": " + found);
-    if (!EqualNoCase(found, expected))
-        return MakeItem(Kind, text, ItemState::Drifted,
-                        link + " points to \"" + found + "\", the line gives \"" + expected + "\"");
-    return MakeItem(Kind, text, ItemState::Held, link + " -> " + (expected.empty() ? "(no target)" : expected));
+    Verdict verdict = CompareLink(expected.Group + line.Fields[DescriptionField] + LinkExtension, expected);
+    return MakeItem(Kind, text, verdict.State, verdict.Text + (expected.InProfile ? InUserProfile() : ""));
 }

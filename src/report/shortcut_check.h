@@ -1,5 +1,5 @@
 // The shortcut lines of a record: the link file where the line puts it,
-// pointing where the line says.
+// pointing where the line says and starting in the directory it says.
 #ifndef TOVREL_REPORT_SHORTCUT_CHECK_H
 #define TOVREL_REPORT_SHORTCUT_CHECK_H
 

@@ -14,7 +14,9 @@ enum ShortcutField {
     DescriptionField = 2,
     TargetRootField = 3,
     TargetFolderField = 4,
-    TargetFileField = 5
+    TargetFileField = 5,
+    WorkingRootField = 7,
+    WorkingFolderField = 8
 };
 
 struct ShortcutLine {

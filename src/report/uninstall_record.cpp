@@ -12,29 +12,45 @@ const char *const ModelValueNames[] = {
     "PnP ID"};
 const int ModelValueCount = sizeof(ModelValueNames) / sizeof(ModelValueNames[0]);
 
-bool ListRecordedModels(std::vector<std::string> &models)
+bool ListRecordedModels(std::vector<std::string> &models, LONG &error)
 {
     CRegistryHandle root;
-    if (!OpenKeyToRead(HKEY_LOCAL_MACHINE, RecordRoot, root) || !ListSubkeys(root.Get(), models))
+    error = RegOpenKeyExA(HKEY_LOCAL_MACHINE, RecordRoot, 0, KEY_READ, root.Put());
+    if (error == ERROR_FILE_NOT_FOUND)
+        return true;
+    if (error != ERROR_SUCCESS || !ListSubkeys(root.Get(), models, &error))
         return false;
     std::sort(models.begin(), models.end(),
               [](const std::string &a, const std::string &b) { return CompareNoCase(a, b) < 0; });
     return true;
 }
 
+static void NoteUnreadable(UninstallRecord &record, const char *part, LONG error)
+{
+    NamedValue failure;
+    failure.Name = part;
+    failure.Text = "cannot be listed, error " + std::to_string(error);
+    record.Unreadable.push_back(failure);
+}
+
 // A missing subkey is an empty list: the install writes one only when it has
 // something to note there.
-static void ReadSubkey(HKEY model, const char *subkey, std::vector<NamedValue> &values)
+static void ReadSubkey(HKEY model, const char *subkey, std::vector<NamedValue> &values, UninstallRecord &record)
 {
     CRegistryHandle key;
-    if (OpenKeyToRead(model, subkey, key))
-        ListValues(key.Get(), values);
+    LONG error = RegOpenKeyExA(model, subkey, 0, KEY_READ, key.Put());
+    if (error == ERROR_SUCCESS && ListValues(key.Get(), values, &error))
+        return;
+    if (error != ERROR_FILE_NOT_FOUND)
+        NoteUnreadable(record, subkey, error);
 }
 
 static void ReadModelValues(HKEY model, UninstallRecord &record)
 {
     std::vector<NamedValue> all;
-    ListValues(model, all);
+    LONG error = ERROR_SUCCESS;
+    if (!ListValues(model, all, &error))
+        NoteUnreadable(record, "model values", error);
     for (int i = 0; i < ModelValueCount; ++i)
         for (const NamedValue &value : all)
             if (EqualNoCase(value.Name, ModelValueNames[i])) {
@@ -50,11 +66,11 @@ bool ReadUninstallRecord(const std::string &model, UninstallRecord &record)
         return false;
     record.Model = model;
     ReadModelValues(key.Get(), record);
-    ReadSubkey(key.Get(), "files", record.Files);
-    ReadSubkey(key.Get(), "unregister", record.Unregister);
-    ReadSubkey(key.Get(), "services", record.Services);
-    ReadSubkey(key.Get(), "registry", record.Registry);
-    ReadSubkey(key.Get(), "Shortcuts", record.Shortcuts);
+    ReadSubkey(key.Get(), "files", record.Files, record);
+    ReadSubkey(key.Get(), "unregister", record.Unregister, record);
+    ReadSubkey(key.Get(), "services", record.Services, record);
+    ReadSubkey(key.Get(), "registry", record.Registry, record);
+    ReadSubkey(key.Get(), "Shortcuts", record.Shortcuts, record);
     return true;
 }
 

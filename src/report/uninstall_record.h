@@ -16,10 +16,14 @@ struct UninstallRecord {
     std::string Model;
     std::vector<NamedValue> ModelValues;  // those of ModelValueNames that are there
     std::vector<NamedValue> Files, Unregister, Services, Registry, Shortcuts;
+    // The parts whose listing failed, each with why: what was read of them
+    // is above, and the rest is not known.
+    std::vector<NamedValue> Unreadable;
 };
 
-// The models that have a record, sorted without regard to case.
-bool ListRecordedModels(std::vector<std::string> &models);
+// The models that have a record, sorted without regard to case; false, with
+// the registry's code in error, when they cannot be listed.
+bool ListRecordedModels(std::vector<std::string> &models, LONG &error);
 // False when the model has no record.
 bool ReadUninstallRecord(const std::string &model, UninstallRecord &record);
 // The recorded model value of that name, or null.

@@ -3,14 +3,17 @@
 //   entry_host RebootPrompt [CAPTION [TEXT]]   ("-" for a null argument)
 //   entry_host <RunDll entry> [anything]       (called with an empty text, so
 //                                               this command line is parsed)
+//   entry_host Service_Start NAME              (prints what the export gives)
 // The exit code is 0x10, plus 1 when the shutdown privilege is enabled in
 // the process token afterwards; 2 when the DLL or the export is missing.
 #include <windows.h>
 
+#include <cstdio>
 #include <cstring>
 
 typedef void(WINAPI *RebootPromptProc)(HWND, const char *, const char *);
 typedef void(CALLBACK *RunDllProc)(HWND, HINSTANCE, const char *, int);
+typedef int(WINAPI *ServiceStartProc)(const char *, DWORD, const char **);
 
 static bool ShutdownPrivilegeEnabled()
 {
@@ -44,7 +47,10 @@ int main(int argc, char **argv)
     FARPROC entry = dll ? GetProcAddress(dll, argv[1]) : NULL;
     if (!entry)
         return Missing;
-    if (std::strcmp(argv[1], "RebootPrompt") == 0)
+    if (std::strcmp(argv[1], "Service_Start") == 0)
+        std::printf("Service_Start gives %d\n",
+                    reinterpret_cast<ServiceStartProc>(reinterpret_cast<void *>(entry))(Argument(argc, argv, 2), 0, NULL));
+    else if (std::strcmp(argv[1], "RebootPrompt") == 0)
         reinterpret_cast<RebootPromptProc>(reinterpret_cast<void *>(entry))(NULL, Argument(argc, argv, 2),
                                                                            Argument(argc, argv, 3));
     else

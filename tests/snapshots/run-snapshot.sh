@@ -22,6 +22,7 @@
 #   hold PATH                  a process that keeps PATH loaded until restart
 #   restart                    ends every program, then wineboot -r
 #   delete PATH                removes a file
+#   cut PATH BYTES             cuts a file short to its first BYTES bytes
 #   wine PROGRAM ARGS...       a program of the prefix (reg, sc, net ...)
 #   show PROGRAM ARGS...       the same, with what it prints and a failing exit
 #   service NAME               the service's keys and, once it settles, its state
@@ -150,6 +151,7 @@ run_step() {
         wineserver -k >/dev/null 2>&1; wineserver -w
         in_prefix wineboot -r >/dev/null 2>&1 ;;
     delete) rm "$(unix_path "$1")" ;;
+    cut) truncate -s "$2" "$(unix_path "$1")" ;;
     wine) in_prefix "$@" >/dev/null 2>&1 ;;
     show) local code=0; printed "$@" | sed '/^$/d' || code=$?; [ "$code" = 0 ] || echo "exit $code" ;;
     service) show_service "$1" ;;
@@ -164,7 +166,7 @@ run_step() {
 
 # The parts of a transcript that differ by prefix and architecture.
 normalise() {
-    local args=(-e "s/\\\\users\\\\$(id -un)\\\\/\\\\users\\\\<user>\\\\/Ig"
+    local args=(-e "s/(\\\\+)users\\1$(id -un)\\1/\\1users\\1<user>\\1/Ig" -e "s/ of user $(id -un)\\b/ of user <user>/g"
         -e 's/\\(w32x86|x64)\\/\\<envdir>\\/Ig' -e 's/Windows NT x86|Windows x64/<environment>/g')
     local file
     for file in $(printf '%s\n' "${built[@]}" | sort -u); do
