@@ -167,11 +167,8 @@ void CPrinterInf::ReplaceBusyFile(const CStagedFile &staged, const char *target)
     // A swap whose names do not fit could stop half-way with no file under
     // the target's name, and a restart cannot finish what such a name would
     // leave: neither is begun.
-    if (pending.size() >= MAX_PATH || (nt && old.size() >= MAX_PATH)) {
-        DiscardStaged(staged);
-        return;
-    }
-    if (!MoveStaged(staged, pending.c_str(), true)) {
+    bool fits = pending.size() < MAX_PATH && (!nt || old.size() < MAX_PATH);
+    if (!fits || !MoveStaged(staged, pending.c_str(), true)) {
         DiscardStaged(staged);
         return;
     }
