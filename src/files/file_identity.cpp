@@ -95,6 +95,35 @@ bool IdentityOf(HANDLE file, CFileIdentity &identity)
     return true;
 }
 
+static FILETIME AsFileTime(const LARGE_INTEGER &time)
+{
+    FILETIME converted = {time.LowPart, static_cast<DWORD>(time.HighPart)};
+    return converted;
+}
+
+// Through the native query where there is one: GetFileTime and
+// GetFileAttributesA would cost a lookup of the name besides.
+bool StampOf(HANDLE file, CFileStamp &stamp)
+{
+    CBasicInformation basic = {};
+    CIoStatus io;
+    if (QueryInformation() && QueryInformation()(file, &io, &basic, sizeof basic, FileBasicInformationClass) == 0) {
+        stamp.Created = AsFileTime(basic.CreationTime);
+        stamp.Accessed = AsFileTime(basic.LastAccessTime);
+        stamp.Written = AsFileTime(basic.LastWriteTime);
+        stamp.Attributes = basic.FileAttributes;
+        return true;
+    }
+    BY_HANDLE_FILE_INFORMATION info;
+    if (!GetFileInformationByHandle(file, &info))
+        return false;
+    stamp.Created = info.ftCreationTime;
+    stamp.Accessed = info.ftLastAccessTime;
+    stamp.Written = info.ftLastWriteTime;
+    stamp.Attributes = info.dwFileAttributes;
+    return true;
+}
+
 bool SameIdentity(const CFileIdentity &a, const CFileIdentity &b)
 {
     return a.IndexHigh == b.IndexHigh && a.IndexLow == b.IndexLow;

@@ -13,6 +13,13 @@ struct CFileIdentity {
 };
 
 bool IdentityOf(HANDLE file, CFileIdentity &identity);
+
+// A file's times and attributes, read from its handle the cheapest way.
+struct CFileStamp {
+    FILETIME Created, Accessed, Written;
+    DWORD Attributes;
+};
+bool StampOf(HANDLE file, CFileStamp &stamp);
 bool SameIdentity(const CFileIdentity &a, const CFileIdentity &b);
 
 // A handle that may delete the file at path, opened without following a

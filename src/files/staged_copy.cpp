@@ -67,18 +67,16 @@ bool StageCopy(const char *source, const char *target, CStagedFile &staged)
 {
     CFileHandle from(CreateFileA(source, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, NULL,
                                  OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, NULL));
-    FILETIME created, accessed, written;
-    DWORD attributes = GetFileAttributesA(source);
-    if (!from.IsValid() || !GetFileTime(from.Get(), &created, &accessed, &written) ||
-        attributes == INVALID_FILE_ATTRIBUTES)
+    CFileStamp stamp;
+    if (!from.IsValid() || !StampOf(from.Get(), stamp))
         return false;
-    CFileHandle to(CreateStagedFile(target, attributes, staged));
+    CFileHandle to(CreateStagedFile(target, stamp.Attributes, staged));
     if (!to.IsValid())
         return false;
     // Flushed before it may take the target's name: a power cut must not
     // leave an empty or partial file there.
-    if (CopyContent(from.Get(), to.Get(), target) && SetFileTime(to.Get(), &created, &accessed, &written) &&
-        FlushFileBuffers(to.Get()))
+    if (CopyContent(from.Get(), to.Get(), target) &&
+        SetFileTime(to.Get(), &stamp.Created, &stamp.Accessed, &stamp.Written) && FlushFileBuffers(to.Get()))
         return true;
     if (!DeleteThroughHandle(to.Get())) {
         to.Reset();
