@@ -10,7 +10,7 @@ seconds=${1:-30}
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
 
-targets=(inf_grammar command_line path_parts bounded_list)
+targets=(inf_grammar command_line path_parts bounded_list cabinet_structure)
 work=build/fuzz/work
 # Sized for a 2-core machine with 24 GB that runs other builds beside: one
 # fuzzing job at a time, a slow input is one over 10 s, and 2 GB of memory.

@@ -16,6 +16,8 @@ have g++ || need+=(g++)
 # scripts/fuzz.sh: clang with its libFuzzer and sanitizer runtimes.
 have clang++ || need+=(clang)
 dpkg -s libclang-rt-14-dev >/dev/null 2>&1 || need+=(libclang-rt-14-dev)
+# The cabinet fuzz target holds the MSZIP check against zlib.
+dpkg -s zlib1g-dev >/dev/null 2>&1 || need+=(zlib1g-dev)
 have xvfb-run || need+=(xvfb)
 # scripts/package.sh: cpack -G ZIP and the check of the zip's contents.
 have zip || need+=(zip)

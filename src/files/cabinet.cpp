@@ -301,6 +301,7 @@ int CCabinet::IsCabinet(const char *path, CCabinetInfo *info)
     char buffer[MAX_PATH];
     if (!Initialised || !CopyWhole(buffer, path ? path : ""))
         return 0;
+    CGuardedReadsScope guarded(Reads);
     INT_PTR file = CabOpen(buffer, _O_SEQUENTIAL, 0);
     if (file == -1)
         return 0;
@@ -396,6 +397,7 @@ BOOL CCabinet::RunPass(const CCabinetInfo &info)
     BOOL result;
     {
         CDecodingScope decoding(Target);
+        CGuardedReadsScope guarded(Reads);
         result = Entry<FdiCopyProc>(Decoder.Copy)(Context, name, directory, 0,
                                                   reinterpret_cast<PFNFDINOTIFY>(GetNotifyFunction()), NULL, this);
     }

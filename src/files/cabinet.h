@@ -15,6 +15,7 @@
 #include <map>
 #include <string>
 
+#include "files/cabinet_reads.h"
 #include "files/file_identity.h"
 #include "files/path_parts.h"
 #include "inf/bounded_string.h"
@@ -157,6 +158,8 @@ private:
 
     CLibrary Library;
     CCabinetDecoder Decoder;
+    // The cabinets the decoder reads while this object runs it.
+    CGuardedReads Reads;
 };
 
 class CCabinetExtractor : public CCabinet {

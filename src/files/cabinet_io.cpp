@@ -8,7 +8,9 @@
 #include <cstdio>
 
 #include "files/cabinet.h"
+#include "files/cabinet_reads.h"
 #include "files/interruption_points.h"
+#include "support/handles.h"
 
 thread_local CCabinetTarget *DecodingTarget;
 
@@ -24,14 +26,15 @@ DWORD ShareFromMode(int pmode)
     return share;
 }
 
-// A read-only open shares reading whatever the mode says.
+// A read-only open is of a cabinet: it shares reading only, so that nobody
+// changes what its guard passed while the decoder reads it.
 DWORD AccessFromFlags(int oflag, int &pmode)
 {
     if (oflag & _O_WRONLY)
         return GENERIC_WRITE;
     if (oflag & _O_RDWR)
         return GENERIC_READ | GENERIC_WRITE;
-    pmode += _S_IREAD;
+    pmode = _S_IREAD;
     return GENERIC_READ;
 }
 
@@ -112,22 +115,29 @@ INT_PTR __cdecl CabOpen(char *path, int oflag, int pmode)
         return -1;
     }
     DWORD access = AccessFromFlags(oflag, pmode);
-    HANDLE file = CreateFileA(path, access, ShareFromMode(pmode), NULL, DispositionFromFlags(oflag),
-                              AttributesFromFlags(oflag), NULL);
-    if (file == INVALID_HANDLE_VALUE) {
+    CFileHandle file(CreateFileA(path, access, ShareFromMode(pmode), NULL, DispositionFromFlags(oflag),
+                                 AttributesFromFlags(oflag), NULL));
+    if (!file.IsValid()) {
         errno = ErrnoFromOpenError(GetLastError());
         return -1;
     }
+    // Outside an extraction there is nobody to guard a cabinet.
+    if (access == GENERIC_READ && (!GuardedReads || !GuardedReads->Add(file.Get()))) {
+        errno = EACCES;
+        return -1;
+    }
     if (oflag & _O_APPEND)
-        SetFilePointer(file, 0, NULL, FILE_END);
-    return reinterpret_cast<INT_PTR>(file);
+        SetFilePointer(file.Get(), 0, NULL, FILE_END);
+    return reinterpret_cast<INT_PTR>(file.Release());
 }
 
 UINT __cdecl CabRead(INT_PTR handle, void *buffer, UINT count)
 {
     errno = 0;
     DWORD read = 0;
-    if (!ReadFile(reinterpret_cast<HANDLE>(handle), buffer, count, &read, NULL)) {
+    HANDLE file = reinterpret_cast<HANDLE>(handle);
+    DWORD allowed = GuardedReads ? GuardedReads->Allow(file, count) : count;
+    if (!ReadFile(file, buffer, allowed, &read, NULL)) {
         errno = EBADF;
         return static_cast<UINT>(-1);
     }
@@ -176,6 +186,8 @@ int __cdecl CabClose(INT_PTR handle)
     errno = 0;
     if (IsDecodingTarget(handle))
         DecodingTarget->Handle = -1;
+    if (GuardedReads)
+        GuardedReads->Remove(reinterpret_cast<HANDLE>(handle));
     // The one close of what CabOpen handed out: the decoder owns these
     // handles between the two calls.
     if (!CloseHandle(reinterpret_cast<HANDLE>(handle))) {
