@@ -38,12 +38,20 @@ FileInformationProc QueryInformation()
     return proc;
 }
 
+// One native query of what a handle names; false where there is no such
+// call or it refused.
+bool QueryNative(HANDLE file, void *out, ULONG size, int informationClass)
+{
+    CIoStatus io;
+    return QueryInformation() && QueryInformation()(file, &io, out, size, informationClass) == 0;
+}
+
 // A read-only file refuses to be marked for deletion.
 void ClearReadOnly(HANDLE file)
 {
     CBasicInformation basic = {};
     CIoStatus io;
-    if (QueryInformation()(file, &io, &basic, sizeof basic, FileBasicInformationClass) != 0 ||
+    if (!QueryNative(file, &basic, sizeof basic, FileBasicInformationClass) ||
         !(basic.FileAttributes & FILE_ATTRIBUTE_READONLY))
         return;
     CBasicInformation cleared = {};
@@ -81,8 +89,7 @@ bool DeleteOpenFile(CFileHandle &file, const char *path)
 bool IdentityOf(HANDLE file, CFileIdentity &identity)
 {
     LARGE_INTEGER index;
-    CIoStatus io;
-    if (QueryInformation() && QueryInformation()(file, &io, &index, sizeof index, FileInternalInformationClass) == 0) {
+    if (QueryNative(file, &index, sizeof index, FileInternalInformationClass)) {
         identity.IndexHigh = static_cast<DWORD>(index.HighPart);
         identity.IndexLow = index.LowPart;
         return true;
@@ -106,8 +113,7 @@ static FILETIME AsFileTime(const LARGE_INTEGER &time)
 bool StampOf(HANDLE file, CFileStamp &stamp)
 {
     CBasicInformation basic = {};
-    CIoStatus io;
-    if (QueryInformation() && QueryInformation()(file, &io, &basic, sizeof basic, FileBasicInformationClass) == 0) {
+    if (QueryNative(file, &basic, sizeof basic, FileBasicInformationClass)) {
         stamp.Created = AsFileTime(basic.CreationTime);
         stamp.Accessed = AsFileTime(basic.LastAccessTime);
         stamp.Written = AsFileTime(basic.LastWriteTime);
