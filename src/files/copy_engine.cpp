@@ -168,6 +168,8 @@ int CPrinterInf::CollectCopyFiles(CBoundedStringList *names, CBoundedStringList 
 
 int CPrinterInf::CopyFiles()
 {
+    // What the destinations hold is looked at afresh by each run of the stage.
+    TargetDirectories = CTargetDirectories();
     CWorkDirectory work;
     CCabinetExtractor extractor;
     try {
