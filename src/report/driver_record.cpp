@@ -3,10 +3,10 @@
 
 #include <cstring>
 
+#include "record/spooler_lists.h"
+#include "record/system_family.h"
+#include "record/text_compare.h"
 #include "report/driver_record.h"
-#include "report/spooler_lists.h"
-#include "report/system_family.h"
-#include "report/text_compare.h"
 
 static const DWORD DriverDirectoryLevel = 1;
 

@@ -1,7 +1,7 @@
 #include <windows.h>
 
+#include "record/text_compare.h"
 #include "report/file_location.h"
-#include "report/text_compare.h"
 
 SpoolerFiles ReadSpoolerFiles(const std::string &model)
 {

@@ -1,4 +1,4 @@
-#include "report/json_text.h"
+#include "record/json_text.h"
 
 #include <cstdio>
 

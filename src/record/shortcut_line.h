@@ -1,13 +1,13 @@
 // The shortcut lines of an installation record, read apart into their
 // fifteen fields. No <windows.h> here.
-#ifndef TOVREL_REPORT_SHORTCUT_LINE_H
-#define TOVREL_REPORT_SHORTCUT_LINE_H
+#ifndef TOVREL_RECORD_SHORTCUT_LINE_H
+#define TOVREL_RECORD_SHORTCUT_LINE_H
 
 #include <string>
 
 const int ShortcutFieldCount = 15;
 
-// Positions of the fields this report looks at, counted from 0.
+// Positions of the fields that say where the link lies, counted from 0.
 enum ShortcutField {
     GroupRootField = 0,
     GroupFolderField = 1,

@@ -1,9 +1,9 @@
 #include <windows.h>
 
-#include "report/pending_renames.h"
-#include "report/registry_read.h"
-#include "report/system_family.h"
-#include "report/text_compare.h"
+#include "record/pending_renames.h"
+#include "record/registry_read.h"
+#include "record/system_family.h"
+#include "record/text_compare.h"
 
 static const char SessionManager[] = "SYSTEM\\CurrentControlSet\\Control\\Session Manager";
 static const char PendingValue[] = "PendingFileRenameOperations";

@@ -1,6 +1,6 @@
 #include <windows.h>
 
-#include "report/system_family.h"
+#include "record/system_family.h"
 
 static const char Environment9x[] = "Windows 4.0";
 static const char EnvironmentNtX86[] = "Windows NT x86";

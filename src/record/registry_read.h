@@ -1,8 +1,8 @@
-// Plain reads of the registry for the report: keys opened for reading only,
-// values and subkeys listed whole, however long their names are in bytes of
-// the ANSI code page, and a listing that fails says so.
-#ifndef TOVREL_REPORT_REGISTRY_READ_H
-#define TOVREL_REPORT_REGISTRY_READ_H
+// Plain reads of the registry: keys opened for reading only, values and
+// subkeys listed whole, however long their names are in bytes of the ANSI
+// code page, and a listing that fails says so.
+#ifndef TOVREL_RECORD_REGISTRY_READ_H
+#define TOVREL_RECORD_REGISTRY_READ_H
 
 #include <windows.h>
 
@@ -14,6 +14,7 @@
 struct NamedValue {
     std::string Name;
     std::string Text;  // the data as text, without the NULs at its end
+    DWORD Type = REG_SZ;
 };
 
 bool OpenKeyToRead(HKEY root, const std::string &path, CRegistryHandle &key);

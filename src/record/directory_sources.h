@@ -1,8 +1,8 @@
 // Where the directories of the INF's numbering lie on this machine: the
 // system's own calls, each answer with a backslash at its end, or empty
 // text where the system gives none.
-#ifndef TOVREL_REPORT_DIRECTORY_SOURCES_H
-#define TOVREL_REPORT_DIRECTORY_SOURCES_H
+#ifndef TOVREL_RECORD_DIRECTORY_SOURCES_H
+#define TOVREL_RECORD_DIRECTORY_SOURCES_H
 
 #include <string>
 

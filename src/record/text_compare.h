@@ -1,7 +1,7 @@
 // Comparisons of single-byte text without regard to ASCII case, as the
 // registry and the file system compare names. No <windows.h> here.
-#ifndef TOVREL_REPORT_TEXT_COMPARE_H
-#define TOVREL_REPORT_TEXT_COMPARE_H
+#ifndef TOVREL_RECORD_TEXT_COMPARE_H
+#define TOVREL_RECORD_TEXT_COMPARE_H
 
 #include <string>
 

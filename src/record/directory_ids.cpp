@@ -1,8 +1,8 @@
 #include <windows.h>
 #include <shlobj.h>
 
-#include "report/directory_ids.h"
-#include "report/directory_sources.h"
+#include "record/directory_ids.h"
+#include "record/directory_sources.h"
 
 namespace {
 

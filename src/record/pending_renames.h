@@ -1,7 +1,7 @@
 // The file operations that wait for the next restart: the "rename" section
 // of WININIT.INI on the 9x family, PendingFileRenameOperations on NT.
-#ifndef TOVREL_REPORT_PENDING_RENAMES_H
-#define TOVREL_REPORT_PENDING_RENAMES_H
+#ifndef TOVREL_RECORD_PENDING_RENAMES_H
+#define TOVREL_RECORD_PENDING_RENAMES_H
 
 #include <string>
 #include <vector>

@@ -1,10 +1,9 @@
-#include "report/uninstall_record.h"
+#include "record/uninstall_record.h"
 
 #include <algorithm>
 
-#include "report/text_compare.h"
-
-static const char RecordRoot[] = "SOFTWARE\\Halvern\\Plenarc\\6.0\\Uninstall Data";
+#include "record/product_keys.h"
+#include "record/text_compare.h"
 
 const char *const ModelValueNames[] = {
     "Driver File", "Data File", "Config File", "Help File", "Language Monitor Name",
@@ -62,15 +61,15 @@ static void ReadModelValues(HKEY model, UninstallRecord &record)
 bool ReadUninstallRecord(const std::string &model, UninstallRecord &record)
 {
     CRegistryHandle key;
-    if (model.empty() || !OpenKeyToRead(HKEY_LOCAL_MACHINE, std::string(RecordRoot) + "\\" + model, key))
+    if (model.empty() || !OpenKeyToRead(HKEY_LOCAL_MACHINE, RecordKeyPath(model), key))
         return false;
     record.Model = model;
     ReadModelValues(key.Get(), record);
-    ReadSubkey(key.Get(), "files", record.Files, record);
-    ReadSubkey(key.Get(), "unregister", record.Unregister, record);
-    ReadSubkey(key.Get(), "services", record.Services, record);
-    ReadSubkey(key.Get(), "registry", record.Registry, record);
-    ReadSubkey(key.Get(), "Shortcuts", record.Shortcuts, record);
+    ReadSubkey(key.Get(), RecordFiles, record.Files, record);
+    ReadSubkey(key.Get(), RecordUnregister, record.Unregister, record);
+    ReadSubkey(key.Get(), RecordServices, record.Services, record);
+    ReadSubkey(key.Get(), RecordRegistry, record.Registry, record);
+    ReadSubkey(key.Get(), RecordShortcuts, record.Shortcuts, record);
     return true;
 }
 
@@ -80,4 +79,17 @@ const NamedValue *FindModelValue(const UninstallRecord &record, const char *name
         if (EqualNoCase(value.Name, name))
             return &value;
     return nullptr;
+}
+
+bool ReadOtherRecords(const std::string &model, std::vector<UninstallRecord> &records, LONG &error)
+{
+    std::vector<std::string> models;
+    if (!ListRecordedModels(models, error))
+        return false;
+    for (const std::string &other : models) {
+        UninstallRecord record;
+        if (!EqualNoCase(other, model) && ReadUninstallRecord(other, record))
+            records.push_back(record);
+    }
+    return true;
 }

@@ -1,4 +1,4 @@
-#include "report/registry_read.h"
+#include "record/registry_read.h"
 
 // RegQueryInfoKeyA counts the longest name in characters, but the A calls
 // give names in bytes of the ANSI code page: under a double-byte code page
@@ -49,6 +49,7 @@ bool ListValues(HKEY key, std::vector<NamedValue> &values, LONG *error)
         NamedValue value;
         value.Name.assign(name.data(), nameSize);
         value.Text = TextOfBytes(std::vector<BYTE>(data.begin(), data.begin() + dataSize));
+        value.Type = type;
         values.push_back(value);
         ++index;
     }

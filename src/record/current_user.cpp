@@ -1,6 +1,6 @@
 #include <windows.h>
 
-#include "report/current_user.h"
+#include "record/current_user.h"
 
 // UNLEN, and its NUL.
 static const DWORD UserNameSize = 257;

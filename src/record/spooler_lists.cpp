@@ -1,4 +1,4 @@
-#include "report/spooler_lists.h"
+#include "record/spooler_lists.h"
 
 static const DWORD DriverLevel = 3;
 static const DWORD MonitorLevel = 2;

@@ -1,6 +1,6 @@
 // JSON string escaping of UTF-8 text. No <windows.h> here.
-#ifndef TOVREL_REPORT_JSON_TEXT_H
-#define TOVREL_REPORT_JSON_TEXT_H
+#ifndef TOVREL_RECORD_JSON_TEXT_H
+#define TOVREL_RECORD_JSON_TEXT_H
 
 #include <string>
 

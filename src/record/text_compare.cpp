@@ -1,4 +1,4 @@
-#include "report/text_compare.h"
+#include "record/text_compare.h"
 
 static unsigned char LowerAscii(unsigned char c)
 {

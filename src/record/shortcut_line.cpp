@@ -1,4 +1,4 @@
-#include "report/shortcut_line.h"
+#include "record/shortcut_line.h"
 
 #include <cstdlib>
 

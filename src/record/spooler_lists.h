@@ -1,7 +1,7 @@
 // The spooler's lists of drivers, monitors, processors and printers, each
 // read whole into records aligned as the spooler writes them.
-#ifndef TOVREL_REPORT_SPOOLER_LISTS_H
-#define TOVREL_REPORT_SPOOLER_LISTS_H
+#ifndef TOVREL_RECORD_SPOOLER_LISTS_H
+#define TOVREL_RECORD_SPOOLER_LISTS_H
 
 #include <windows.h>
 #include <winspool.h>

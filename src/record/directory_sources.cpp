@@ -2,8 +2,8 @@
 #include <shlobj.h>
 #include <winspool.h>
 
-#include "report/directory_sources.h"
-#include "report/registry_read.h"
+#include "record/directory_sources.h"
+#include "record/registry_read.h"
 #include "support/handles.h"
 
 static const char Environment9x[] = "Windows 4.0";

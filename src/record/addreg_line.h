@@ -1,7 +1,7 @@
 // The registry lines of an installation record, read apart into what they
 // ask of the registry. No <windows.h> here.
-#ifndef TOVREL_REPORT_ADDREG_LINE_H
-#define TOVREL_REPORT_ADDREG_LINE_H
+#ifndef TOVREL_RECORD_ADDREG_LINE_H
+#define TOVREL_RECORD_ADDREG_LINE_H
 
 #include <string>
 

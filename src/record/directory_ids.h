@@ -1,7 +1,7 @@
 // The numbered directories that an INF names in its shortcut lines, found
 // on this machine as the install finds them.
-#ifndef TOVREL_REPORT_DIRECTORY_IDS_H
-#define TOVREL_REPORT_DIRECTORY_IDS_H
+#ifndef TOVREL_RECORD_DIRECTORY_IDS_H
+#define TOVREL_RECORD_DIRECTORY_IDS_H
 
 #include <string>
 

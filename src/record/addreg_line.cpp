@@ -1,8 +1,8 @@
-#include "report/addreg_line.h"
+#include "record/addreg_line.h"
 
 #include <cstdlib>
 
-#include "report/text_compare.h"
+#include "record/text_compare.h"
 
 static const unsigned long TypeMask = 0xFFFF0001;
 static const unsigned long FlagBinary = 0x00000001;
