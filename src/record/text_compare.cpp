@@ -24,6 +24,13 @@ bool EqualNoCase(const std::string &a, const std::string &b)
     return CompareNoCase(a, b) == 0;
 }
 
+std::string LowerCase(std::string text)
+{
+    for (char &c : text)
+        c = static_cast<char>(LowerAscii(static_cast<unsigned char>(c)));
+    return text;
+}
+
 std::string FileNameOf(const std::string &path)
 {
     size_t slash = path.find_last_of('\\');

@@ -7,6 +7,8 @@
 
 int CompareNoCase(const std::string &a, const std::string &b);
 bool EqualNoCase(const std::string &a, const std::string &b);
+// The text with its ASCII capitals made small, as a key that ignores case.
+std::string LowerCase(std::string text);
 // The part of a path behind its last backslash, or all of it.
 std::string FileNameOf(const std::string &path);
 

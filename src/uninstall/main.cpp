@@ -1,0 +1,136 @@
+// tovrel-uninstall: takes back, from its installation record, everything
+// that an install of a printer model did, and nothing else, then the
+// record itself. It reads the machine through its own calls only, as
+// tovrel-report does, and says removed only of what it found gone.
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "record/text_compare.h"
+#include "record/uninstall_record.h"
+#include "uninstall/file_removal.h"
+#include "uninstall/library_unregister.h"
+#include "uninstall/record_removal.h"
+#include "uninstall/registry_removal.h"
+#include "uninstall/service_removal.h"
+#include "uninstall/shortcut_removal.h"
+#include "uninstall/spooler_removal.h"
+#include "uninstall/uninstall_output.h"
+
+static const int ExitRemoved = 0;
+static const int ExitFailed = 1;
+static const int ExitNoRecord = 2;
+static const int ExitBadArguments = 3;
+static const int ExitRestartNeeded = 4;
+
+static const char Usage[] =
+    "usage: tovrel-uninstall [--json] [--what-if] MODEL\n"
+    "  takes back what the installation record of MODEL names, in this order:\n"
+    "  printers on its driver, the driver, its monitor and print processor,\n"
+    "  services, self-registrations, registry values, shortcuts, files, and\n"
+    "  last the record; what another model or driver still uses stays\n"
+    "  --what-if  prints what would become of each item and changes nothing\n"
+    "  --json     one JSON document instead of lines\n"
+    "exit: 0 all removed, 1 something failed or was refused (the record stays\n"
+    "      for a second run), 2 no such record, 3 bad arguments, 4 all removed\n"
+    "      or waiting for the restart that is needed to finish\n";
+
+struct Arguments {
+    bool Json = false, WhatIf = false, Help = false;
+    std::vector<std::string> Models;
+};
+
+// A model's record is one key: a name with a backslash would be another's.
+static bool ParseArguments(int argc, char **argv, Arguments &arguments)
+{
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--json") == 0)
+            arguments.Json = true;
+        else if (std::strcmp(argv[i], "--what-if") == 0)
+            arguments.WhatIf = true;
+        else if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "/?") == 0)
+            arguments.Help = true;
+        else if (argv[i][0] == '-' || argv[i][0] == '\0' || std::strchr(argv[i], '\\'))
+            return false;
+        else
+            arguments.Models.push_back(argv[i]);
+    }
+    return arguments.Help || arguments.Models.size() == 1;
+}
+
+// Each part in the order of its names, whatever order the registry keeps.
+static void SortRecord(UninstallRecord &record)
+{
+    auto byName = [](const NamedValue &a, const NamedValue &b) { return CompareNoCase(a.Name, b.Name) < 0; };
+    for (std::vector<NamedValue> *part :
+         {&record.Files, &record.Unregister, &record.Services, &record.Registry, &record.Shortcuts})
+        std::sort(part->begin(), part->end(), byName);
+}
+
+static void TakeBack(CUninstallRun &run)
+{
+    for (const NamedValue &part : run.Record().Unreadable)
+        run.Tell(MakeItem("record", part.Name, Outcome::Failed, part.Text));
+    RemovePrinters(run);
+    RemoveDrivers(run);
+    RemoveMonitor(run);
+    RemoveProcessor(run);
+    RemoveServices(run);
+    UnregisterLibraries(run);
+    RemoveRegistryLines(run);
+    RemoveShortcuts(run);
+    RemoveFiles(run);
+    RemoveRecord(run);
+}
+
+static int ExitCodeOf(const UninstallTally &tally)
+{
+    if (!tally.Complete())
+        return ExitFailed;
+    return tally.Pending > 0 ? ExitRestartNeeded : ExitRemoved;
+}
+
+static int Uninstall(const std::string &model, bool whatIf, bool json)
+{
+    UninstallRecord record;
+    if (!ReadUninstallRecord(model, record)) {
+        if (json)
+            WriteJsonNoRecord(stdout, model, ExitNoRecord);
+        std::fprintf(stderr, "tovrel-uninstall: no installation record for \"%s\"\n", model.c_str());
+        return ExitNoRecord;
+    }
+    SortRecord(record);
+    CUninstallRun run(record, whatIf, json);
+    TakeBack(run);
+    RunSummary summary;
+    summary.Model = model;
+    summary.WhatIf = whatIf;
+    summary.RestartNeeded = run.Tally().Pending > 0;
+    summary.RecordKept = !run.Tally().Complete();
+    summary.ExitCode = ExitCodeOf(run.Tally());
+    if (json)
+        WriteJsonRun(stdout, summary, run.Items(), run.Tally());
+    else
+        WriteTextSummary(stdout, summary, run.Tally());
+    return summary.ExitCode;
+}
+
+int main(int argc, char **argv)
+{
+    Arguments arguments;
+    if (!ParseArguments(argc, argv, arguments)) {
+        std::fputs(Usage, stderr);
+        return ExitBadArguments;
+    }
+    if (arguments.Help) {
+        std::fputs(Usage, stdout);
+        return ExitRemoved;
+    }
+    int exitCode = Uninstall(arguments.Models[0], arguments.WhatIf, arguments.Json);
+    std::fflush(stdout);
+    return exitCode;
+}
