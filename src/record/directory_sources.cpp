@@ -106,6 +106,11 @@ static std::string WebDirectory()
     return windows.empty() ? windows : windows + "Web\\";
 }
 
+std::string PrinterDriverDirectory(const char *environment)
+{
+    return SpoolerDirectory(false, environment);
+}
+
 std::string DirectoryOfSource(DirectorySource source, int folder)
 {
     switch (source) {

@@ -13,5 +13,7 @@ enum class DirectorySource {
 
 // folder: the shell folder's CSIDL, for DirectorySource::Folder.
 std::string DirectoryOfSource(DirectorySource source, int folder);
+// The spooler's printer driver directory of that environment.
+std::string PrinterDriverDirectory(const char *environment);
 
 #endif

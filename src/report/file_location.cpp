@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include "record/directory_sources.h"
 #include "record/text_compare.h"
 #include "report/file_location.h"
 
@@ -7,7 +8,7 @@ SpoolerFiles ReadSpoolerFiles(const std::string &model)
 {
     SpoolerFiles spooler;
     spooler.Driver = ReadDriverRecord(model);
-    spooler.DriverDirectory = DriverDirectory(spooler.Driver.Environment);
+    spooler.DriverDirectory = PrinterDriverDirectory(spooler.Driver.Environment.c_str());
     return spooler;
 }
 

@@ -1,4 +1,5 @@
 #include "record/text_compare.h"
+#include "uninstall/spooler_copies.h"
 #include "uninstall/spooler_environments.h"
 #include "uninstall/spooler_removal.h"
 #include "uninstall/windows_error.h"
@@ -47,18 +48,30 @@ static UninstallItem RemoveDriver(const char *environment, const std::string &mo
     return MakeItem(Kind, subject, Outcome::Removed, "");
 }
 
-void RemoveDrivers(CUninstallRun &run)
+// The spooler's copies of the driver's files go first, while the driver
+// still says where they are: a run stopped after the driver went could
+// find them no more.
+static void RemoveEnvironmentDriver(CUninstallRun &run, const char *environment)
 {
     const std::string &model = run.Record().Model;
-    for (int i = 0; i < SpoolerEnvironmentCount; ++i) {
-        const char *environment = SpoolerEnvironments[i];
-        int versions = 0;
-        DWORD error = 0;
-        if (!CountDrivers(environment, model, versions, error))
-            run.Tell(MakeItem(Kind, model + " in \"" + environment + "\"", Outcome::Failed,
-                              "the spooler's drivers cannot be listed, " + ErrorText(error)));
-        else if (versions > 0)
-            run.Tell(run.WhatIf() ? MakeItem(Kind, model + " in \"" + environment + "\"", Outcome::Planned, "")
-                                  : RemoveDriver(environment, model, versions));
+    std::string subject = model + " in \"" + environment + "\"";
+    SpoolerList<DRIVER_INFO_3A> drivers;
+    DWORD error = 0;
+    if (!ListEnvironmentDrivers(environment, drivers, error)) {
+        run.Tell(MakeItem(Kind, subject, Outcome::Failed, "the spooler's drivers cannot be listed, " + ErrorText(error)));
+        return;
     }
+    int versions = 0;
+    for (const DRIVER_INFO_3A &driver : drivers)
+        versions += EqualNoCase(SpoolerText(driver.pName), model) ? 1 : 0;
+    if (versions == 0)
+        return;
+    RemoveUnrecordedFiles(run, SpoolerCopies(run.Record(), environment, drivers));
+    run.Tell(run.WhatIf() ? MakeItem(Kind, subject, Outcome::Planned, "") : RemoveDriver(environment, model, versions));
+}
+
+void RemoveDrivers(CUninstallRun &run)
+{
+    for (int i = 0; i < SpoolerEnvironmentCount; ++i)
+        RemoveEnvironmentDriver(run, SpoolerEnvironments[i]);
 }

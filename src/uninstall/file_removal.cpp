@@ -19,8 +19,8 @@ namespace {
 enum class Deletion { Deleted, Pending, Failed };
 
 struct FileTask {
-    const NamedValue *Value;
-    std::string Directory, Name;  // the directory with a backslash at its end
+    std::string Path, Directory, Name;  // the directory with a backslash at its end
+    std::string Origin;                 // for a file the record does not name, whose it is
     UninstallItem Item;
     std::vector<std::string> Deleted;  // names of this directory to be found gone
 };
@@ -70,7 +70,7 @@ void DeleteCompanions(FileTask &task, const CDirectoryListing &listing, const Pe
 // What becomes of the target as the directory listed it before.
 void Decide(FileTask &task, const CDirectoryListing &listing, const CUninstallRun &run, const PendingRenames &pending)
 {
-    const std::string &path = task.Value->Name;
+    const std::string &path = task.Path;
     DWORD attributes = 0;
     std::string by, detail;
     Claim claim = run.Claims().Of(ClaimKind::File, path, by);
@@ -92,6 +92,17 @@ void Decide(FileTask &task, const CDirectoryListing &listing, const CUninstallRu
     }
     if (!run.WhatIf() && task.Item.State != Outcome::Shared && task.Item.State != Outcome::Refused)
         DeleteCompanions(task, listing, pending);
+    if (!task.Origin.empty())
+        task.Item.Detail = task.Origin + (task.Item.Detail.empty() ? "" : "; " + task.Item.Detail);
+}
+
+// A file of the record settles its value; one it does not name is told of.
+void Finish(CUninstallRun &run, const FileTask &task)
+{
+    if (task.Origin.empty())
+        run.Settle(task.Item, RecordFiles, task.Path);
+    else
+        run.Tell(task.Item);
 }
 
 // Said removed only when the directory, listed again, no longer holds it.
@@ -110,10 +121,10 @@ void RemoveDirectoryFiles(CUninstallRun &run, TaskIterator begin, TaskIterator e
     CDirectoryListing listing;
     DWORD error = 0;
     if (!listing.Read(begin->Directory, error)) {
-        for (TaskIterator task = begin; task != end; ++task)
-            run.Settle(MakeItem(Kind, task->Value->Name, Outcome::Failed,
-                                "its directory cannot be listed, " + ErrorText(error)),
-                       RecordFiles, task->Value->Name);
+        for (TaskIterator task = begin; task != end; ++task) {
+            task->Item = MakeItem(Kind, task->Path, Outcome::Failed, "its directory cannot be listed, " + ErrorText(error));
+            Finish(run, *task);
+        }
         return;
     }
     for (TaskIterator task = begin; task != end; ++task)
@@ -127,12 +138,19 @@ void RemoveDirectoryFiles(CUninstallRun &run, TaskIterator begin, TaskIterator e
         } else if (!run.WhatIf()) {
             Confirm(*task, listing);
         }
-        run.Settle(task->Item, RecordFiles, task->Value->Name);
+        Finish(run, *task);
     }
 }
 
 // A value that could not be a file the install wrote is refused before
 // anything looks at the disk.
+FileTask MakeTask(const std::string &path, const std::string &origin)
+{
+    size_t slash = path.find_last_of('\\');
+    return FileTask{path, path.substr(0, slash + 1), path.substr(slash + 1), origin, UninstallItem(),
+                    std::vector<std::string>()};
+}
+
 void Screen(CUninstallRun &run, const NamedValue &value, std::vector<FileTask> &tasks)
 {
     if (!IsTextValue(value)) {
@@ -144,9 +162,7 @@ void Screen(CUninstallRun &run, const NamedValue &value, std::vector<FileTask> &
         run.Settle(MakeItem(Kind, value.Name, Outcome::Refused, why), RecordFiles, value.Name);
         return;
     }
-    size_t slash = value.Name.find_last_of('\\');
-    tasks.push_back(FileTask{&value, value.Name.substr(0, slash + 1), value.Name.substr(slash + 1), UninstallItem(),
-                             std::vector<std::string>()});
+    tasks.push_back(MakeTask(value.Name, std::string()));
 }
 
 bool SameDirectory(const FileTask &a, const FileTask &b)
@@ -156,11 +172,9 @@ bool SameDirectory(const FileTask &a, const FileTask &b)
 
 }  // namespace
 
-void RemoveFiles(CUninstallRun &run)
+// Directory by directory, each listed once before and once after its deletions.
+static void RemoveTasks(CUninstallRun &run, std::vector<FileTask> &tasks)
 {
-    std::vector<FileTask> tasks;
-    for (const NamedValue &value : run.Record().Files)
-        Screen(run, value, tasks);
     std::stable_sort(tasks.begin(), tasks.end(), [](const FileTask &a, const FileTask &b) {
         int order = CompareNoCase(a.Directory, b.Directory);
         return order != 0 ? order < 0 : CompareNoCase(a.Name, b.Name) < 0;
@@ -173,4 +187,21 @@ void RemoveFiles(CUninstallRun &run)
         RemoveDirectoryFiles(run, begin, end, pending);
         begin = end;
     }
+}
+
+void RemoveFiles(CUninstallRun &run)
+{
+    std::vector<FileTask> tasks;
+    for (const NamedValue &value : run.Record().Files)
+        Screen(run, value, tasks);
+    RemoveTasks(run, tasks);
+}
+
+void RemoveUnrecordedFiles(CUninstallRun &run, const std::vector<UnrecordedFile> &files)
+{
+    std::vector<FileTask> tasks;
+    for (const UnrecordedFile &file : files)
+        if (RefusalOfPath(file.Path).empty())
+            tasks.push_back(MakeTask(file.Path, file.Origin));
+    RemoveTasks(run, tasks);
 }

@@ -7,4 +7,12 @@
 
 void RemoveFiles(CUninstallRun &run);
 
+// A file that no value of the record names but that the install led to,
+// as the spooler's copy of a driver's file, and whose it is in words.
+struct UnrecordedFile {
+    std::string Path, Origin;
+};
+
+void RemoveUnrecordedFiles(CUninstallRun &run, const std::vector<UnrecordedFile> &files);
+
 #endif

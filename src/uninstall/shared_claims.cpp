@@ -1,7 +1,5 @@
 #include "uninstall/shared_claims.h"
 
-#include <cstring>
-
 #include "record/shortcut_place.h"
 #include "record/text_compare.h"
 #include "uninstall/spooler_environments.h"
@@ -73,19 +71,12 @@ void CSharedClaims::GatherRecord(const UninstallRecord &record)
         Add(ClaimKind::Processor, processor->Text, by);
 }
 
-// A dependent file named without a directory lies where the driver's own
-// file does.
 void CSharedClaims::GatherDriver(const DRIVER_INFO_3A &driver, const char *environment,
                                  std::map<std::string, std::string> &monitors)
 {
     std::string by = "used by driver \"" + SpoolerText(driver.pName) + "\" in \"" + environment + "\"";
-    std::string driverPath = SpoolerText(driver.pDriverPath);
-    std::string directory = driverPath.substr(0, driverPath.find_last_of('\\') + 1);
-    for (const char *file : {driver.pDriverPath, driver.pDataFile, driver.pConfigFile, driver.pHelpFile})
-        if (file && *file)
-            Add(ClaimKind::File, file, by);
-    for (const char *at = driver.pDependentFiles; at && *at; at += std::strlen(at) + 1)
-        Add(ClaimKind::File, std::strchr(at, '\\') ? std::string(at) : directory + at, by);
+    for (const std::string &file : DriverFiles(driver))
+        Add(ClaimKind::File, file, by);
     if (driver.pMonitorName && *driver.pMonitorName) {
         Add(ClaimKind::Monitor, driver.pMonitorName, by);
         monitors.insert(std::make_pair(LowerCase(driver.pMonitorName), by));

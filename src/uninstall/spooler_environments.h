@@ -7,6 +7,7 @@
 #include <winspool.h>
 
 #include <string>
+#include <vector>
 
 #include "record/spooler_lists.h"
 
@@ -18,5 +19,8 @@ extern const int SpoolerEnvironmentCount;
 bool ListEnvironmentDrivers(const char *environment, SpoolerList<DRIVER_INFO_3A> &drivers, DWORD &error);
 // Text of a field of a spooler record, which may be null.
 std::string SpoolerText(const char *text);
+// The full paths of a driver's files; a dependent file named without a
+// directory lies where the driver's own file does.
+std::vector<std::string> DriverFiles(const DRIVER_INFO_3A &driver);
 
 #endif
