@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -44,22 +43,28 @@ struct Arguments {
     std::vector<std::string> Models;
 };
 
+// Empty text when the arguments ask for one model; otherwise what is wrong.
 // A model's record is one key: a name with a backslash would be another's.
-static bool ParseArguments(int argc, char **argv, Arguments &arguments)
+static std::string ParseArguments(int argc, char **argv, Arguments &arguments)
 {
     for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--json") == 0)
+        std::string argument = argv[i];
+        if (argument == "--json")
             arguments.Json = true;
-        else if (std::strcmp(argv[i], "--what-if") == 0)
+        else if (argument == "--what-if")
             arguments.WhatIf = true;
-        else if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "/?") == 0)
+        else if (argument == "--help" || argument == "/?")
             arguments.Help = true;
-        else if (argv[i][0] == '-' || argv[i][0] == '\0' || std::strchr(argv[i], '\\'))
-            return false;
+        else if (argument.empty() || argument[0] == '-')
+            return "unknown option \"" + argument + "\"";
+        else if (argument.find('\\') != std::string::npos)
+            return "\"" + argument + "\" holds a backslash, which no model's name does";
         else
-            arguments.Models.push_back(argv[i]);
+            arguments.Models.push_back(argument);
     }
-    return arguments.Help || arguments.Models.size() == 1;
+    if (arguments.Help || arguments.Models.size() == 1)
+        return std::string();
+    return arguments.Models.empty() ? "no model named" : "one model at a time";
 }
 
 // Each part in the order of its names, whatever order the registry keeps.
@@ -122,8 +127,9 @@ static int Uninstall(const std::string &model, bool whatIf, bool json)
 int main(int argc, char **argv)
 {
     Arguments arguments;
-    if (!ParseArguments(argc, argv, arguments)) {
-        std::fputs(Usage, stderr);
+    std::string wrong = ParseArguments(argc, argv, arguments);
+    if (!wrong.empty()) {
+        std::fprintf(stderr, "tovrel-uninstall: %s\n%s", wrong.c_str(), Usage);
         return ExitBadArguments;
     }
     if (arguments.Help) {
