@@ -60,7 +60,7 @@ static void ReadNtRenames(PendingRenames &renames)
     }
 }
 
-std::string WininitPath()
+std::string WininitLocation()
 {
     char windows[MAX_PATH];
     UINT length = GetWindowsDirectoryA(windows, MAX_PATH);
@@ -88,7 +88,7 @@ bool ReadRenameLines(const std::string &wininit, std::vector<std::string> &lines
 static void Read9xRenames(PendingRenames &renames)
 {
     std::vector<std::string> lines;
-    std::string wininit = WininitPath();
+    std::string wininit = WininitLocation();
     if (wininit.empty() || !ReadRenameLines(wininit, lines))
         return;
     for (const std::string &line : lines) {

@@ -20,7 +20,7 @@ bool IsPendingDeletion(const PendingRenames &renames, const std::string &path);
 // "TARGET=SOURCE", where a TARGET of "NUL" deletes the SOURCE. False when
 // the section cannot be read whole.
 extern const char RenameSection[];
-std::string WininitPath();
+std::string WininitLocation();
 bool ReadRenameLines(const std::string &wininit, std::vector<std::string> &lines);
 
 #endif

@@ -4,21 +4,13 @@
 // tovrel-report does, and says removed only of what it found gone.
 #include <windows.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
 
-#include "record/text_compare.h"
 #include "record/uninstall_record.h"
-#include "uninstall/file_removal.h"
-#include "uninstall/library_unregister.h"
-#include "uninstall/record_removal.h"
-#include "uninstall/registry_removal.h"
-#include "uninstall/service_removal.h"
-#include "uninstall/shortcut_removal.h"
-#include "uninstall/spooler_removal.h"
 #include "uninstall/uninstall_output.h"
+#include "uninstall/uninstall_steps.h"
 
 static const int ExitRemoved = 0;
 static const int ExitFailed = 1;
@@ -65,31 +57,6 @@ static std::string ParseArguments(int argc, char **argv, Arguments &arguments)
     if (arguments.Help || arguments.Models.size() == 1)
         return std::string();
     return arguments.Models.empty() ? "no model named" : "one model at a time";
-}
-
-// Each part in the order of its names, whatever order the registry keeps.
-static void SortRecord(UninstallRecord &record)
-{
-    auto byName = [](const NamedValue &a, const NamedValue &b) { return CompareNoCase(a.Name, b.Name) < 0; };
-    for (std::vector<NamedValue> *part :
-         {&record.Files, &record.Unregister, &record.Services, &record.Registry, &record.Shortcuts})
-        std::sort(part->begin(), part->end(), byName);
-}
-
-static void TakeBack(CUninstallRun &run)
-{
-    for (const NamedValue &part : run.Record().Unreadable)
-        run.Tell(MakeItem("record", part.Name, Outcome::Failed, part.Text));
-    RemovePrinters(run);
-    RemoveDrivers(run);
-    RemoveMonitor(run);
-    RemoveProcessor(run);
-    RemoveServices(run);
-    UnregisterLibraries(run);
-    RemoveRegistryLines(run);
-    RemoveShortcuts(run);
-    RemoveFiles(run);
-    RemoveRecord(run);
 }
 
 static int ExitCodeOf(const UninstallTally &tally)

@@ -8,7 +8,7 @@ static const char DeleteTarget[] = "NUL=";
 
 static bool AddToWininit(const std::string &path, std::string &failure)
 {
-    std::string wininit = WininitPath();
+    std::string wininit = WininitLocation();
     std::vector<std::string> lines;
     if (wininit.empty() || !ReadRenameLines(wininit, lines)) {
         failure = "WININIT.INI cannot be read whole";
