@@ -66,6 +66,14 @@ static void RemoveEnvironmentDriver(CUninstallRun &run, const char *environment)
         versions += EqualNoCase(SpoolerText(driver.pName), model) ? 1 : 0;
     if (versions == 0)
         return;
+    // A printer that could not go still uses the driver and its files.
+    std::vector<std::string> printers;
+    if (!run.WhatIf() && (!PrintersOnDriver(model, printers) || !printers.empty())) {
+        run.Tell(MakeItem(Kind, subject, Outcome::Failed,
+                          printers.empty() ? "the spooler's printers cannot be listed, " + LastErrorText()
+                                           : "kept: printer \"" + printers[0] + "\" still uses it"));
+        return;
+    }
     RemoveUnrecordedFiles(run, SpoolerCopies(run.Record(), environment, drivers));
     run.Tell(run.WhatIf() ? MakeItem(Kind, subject, Outcome::Planned, "") : RemoveDriver(environment, model, versions));
 }

@@ -6,7 +6,7 @@
 
 static const char Kind[] = "printer";
 
-static bool ListPrinterNames(const std::string &model, std::vector<std::string> &names)
+bool PrintersOnDriver(const std::string &model, std::vector<std::string> &names)
 {
     SpoolerList<PRINTER_INFO_2A> printers;
     if (!ListLocalPrinters(printers))
@@ -38,7 +38,7 @@ static UninstallItem RemovePrinter(const std::string &model, const std::string &
     std::string failure;
     bool deleted = DeleteNamedPrinter(name, failure);
     std::vector<std::string> left;
-    if (!ListPrinterNames(model, left))
+    if (!PrintersOnDriver(model, left))
         return MakeItem(Kind, name, Outcome::Failed, "the spooler's printers cannot be listed again, " + LastErrorText());
     for (const std::string &printer : left)
         if (EqualNoCase(printer, name))
@@ -50,7 +50,7 @@ void RemovePrinters(CUninstallRun &run)
 {
     const std::string &model = run.Record().Model;
     std::vector<std::string> names;
-    if (!ListPrinterNames(model, names)) {
+    if (!PrintersOnDriver(model, names)) {
         run.Tell(MakeItem(Kind, "(the printers on \"" + model + "\")", Outcome::Failed,
                           "the spooler's printers cannot be listed, " + LastErrorText()));
         return;

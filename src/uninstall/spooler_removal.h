@@ -5,9 +5,15 @@
 #ifndef TOVREL_UNINSTALL_SPOOLER_REMOVAL_H
 #define TOVREL_UNINSTALL_SPOOLER_REMOVAL_H
 
+#include <string>
+#include <vector>
+
 #include "uninstall/uninstall_run.h"
 
 void RemovePrinters(CUninstallRun &run);
+// The local printers on the model's driver; false when the spooler cannot
+// list its printers.
+bool PrintersOnDriver(const std::string &model, std::vector<std::string> &names);
 void RemoveDrivers(CUninstallRun &run);
 void RemoveMonitor(CUninstallRun &run);
 void RemoveProcessor(CUninstallRun &run);
