@@ -18,16 +18,9 @@ double Milliseconds(const std::function<void()> &work)
 
 double MedianOf(int repeats, const std::function<void()> &work)
 {
-    return MedianOf(repeats, [] {}, work);
-}
-
-double MedianOf(int repeats, const std::function<void()> &prepare, const std::function<void()> &work)
-{
     std::vector<double> times;
-    for (int i = 0; i < repeats; ++i) {
-        prepare();
+    for (int i = 0; i < repeats; ++i)
         times.push_back(Milliseconds(work));
-    }
     std::sort(times.begin(), times.end());
     size_t middle = times.size() / 2;
     return times.size() % 2 ? times[middle] : (times[middle - 1] + times[middle]) / 2;

@@ -8,8 +8,6 @@
 
 double Milliseconds(const std::function<void()> &work);
 double MedianOf(int repeats, const std::function<void()> &work);
-// The same, with what each round needs done first and left out of its time.
-double MedianOf(int repeats, const std::function<void()> &prepare, const std::function<void()> &work);
 bool WriteFileText(const std::string &path, const std::string &text);
 
 #endif

@@ -8,13 +8,14 @@
 //       the platform deleting as many files with DeleteFileA, and for each
 //       one registry value with RegDeleteValueA on a key kept open.
 // Prints "figure uninstall FILES run MS fixed MS platform MS" (medians of
-// REPEATS, whole runs in milliseconds), or fails when a run leaves
-// anything of the model.
+// REPEATS rounds, each of which takes every figure once; whole runs in
+// milliseconds), or fails when a run leaves anything of the model.
 #include <windows.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -90,48 +91,64 @@ bool UninstallModel(int files)
     return tally.Complete() && tally.Pending == 0 && tally.Removed >= files;
 }
 
-// Each round installs the model anew, untimed, and times its uninstall.
-bool TimeUninstall(const std::string &inf, int files, int repeats, double &median)
+// The model installed anew, untimed, and its uninstall timed; false when
+// the uninstall leaves anything of it.
+bool TimeUninstall(const std::string &inf, int files, double &milliseconds)
 {
-    bool complete = true;
-    median = MedianOf(
-        repeats,
-        [&] {
-            int reboot = 0;
-            Repair(inf.c_str(), "Halvern", Model, "Bench Printer", &reboot, "");
-        },
-        [&] { complete = UninstallModel(files) && complete; });
+    int reboot = 0;
+    bool complete = false;
+    Repair(inf.c_str(), "Halvern", Model, "Bench Printer", &reboot, "");
+    milliseconds = Milliseconds([&] { complete = UninstallModel(files); });
     return complete;
-}
-
-std::string PlatformFile(int i)
-{
-    return DriverDirectory() + "p" + std::to_string(i) + ".dat";
 }
 
 // The platform's least work for as many files: each deleted, and one value
 // of a key that stays open deleted with it.
-double TimePlatform(const std::string &source, int count, int repeats)
+double TimePlatform(const std::string &source, int count)
 {
     CRegistryHandle key;
     RegCreateKeyExA(HKEY_LOCAL_MACHINE, PlatformKey, 0, NULL, 0, KEY_ALL_ACCESS, NULL, key.Put(), NULL);
     std::vector<std::string> targets;
-    for (int i = 0; i < count; ++i)
-        targets.push_back(PlatformFile(i));
-    return MedianOf(
-        repeats,
-        [&] {
-            for (int i = 0; i < count; ++i) {
-                CopyFileA((source + "u" + std::to_string(i) + ".dat").c_str(), targets[i].c_str(), FALSE);
-                RegSetValueExA(key.Get(), targets[i].c_str(), 0, REG_SZ, reinterpret_cast<const BYTE *>("1"), 2);
-            }
-        },
-        [&] {
-            for (const std::string &target : targets) {
-                DeleteFileA(target.c_str());
-                RegDeleteValueA(key.Get(), target.c_str());
-            }
-        });
+    for (int i = 0; i < count; ++i) {
+        targets.push_back(DriverDirectory() + "p" + std::to_string(i) + ".dat");
+        CopyFileA((source + "u" + std::to_string(i) + ".dat").c_str(), targets[i].c_str(), FALSE);
+        RegSetValueExA(key.Get(), targets[i].c_str(), 0, REG_SZ, reinterpret_cast<const BYTE *>("1"), 2);
+    }
+    return Milliseconds([&] {
+        for (const std::string &target : targets) {
+            DeleteFileA(target.c_str());
+            RegDeleteValueA(key.Get(), target.c_str());
+        }
+    });
+}
+
+double Median(std::vector<double> times)
+{
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+struct Figures {
+    std::vector<double> Run, Platform;
+};
+
+// Every figure of a round is taken within moments of the others, so that a
+// machine that gets busier or quieter meanwhile tells on each alike.
+bool Round(const std::string &directory, std::vector<double> &fixed, std::map<int, Figures> &figures)
+{
+    double milliseconds = 0;
+    if (!TimeUninstall(directory + "ubench0.inf", 0, milliseconds))
+        return false;
+    fixed.push_back(milliseconds);
+    for (int count : FileCounts) {
+        if (!TimeUninstall(directory + "ubench" + std::to_string(count) + ".inf", count, milliseconds)) {
+            fprintf(stderr, "uninstall_bench: the uninstall of %d files left something of the model\n", count);
+            return false;
+        }
+        figures[count].Run.push_back(milliseconds);
+        figures[count].Platform.push_back(TimePlatform(directory + "source" + std::to_string(count) + "\\", count));
+    }
+    return true;
 }
 
 }  // namespace
@@ -146,23 +163,19 @@ int main(int argc, char **argv)
     if (directory.back() != '\\')
         directory += '\\';
     int repeats = std::max(1, atoi(argv[2]));
-    std::string fixedCabinet, fixedInf = directory + "ubench0.inf";
-    double fixed = 0;
-    if (!MakeBenchCabinet(directory, 0, fixedCabinet) || !WriteFileText(fixedInf, BenchInf(fixedCabinet)) ||
-        !TimeUninstall(fixedInf, 0, repeats, fixed))
-        return 1;
-    for (int count : FileCounts) {
-        std::string cabinet, inf = directory + "ubench" + std::to_string(count) + ".inf";
-        double run = 0;
-        if (!MakeBenchCabinet(directory, count, cabinet) || !WriteFileText(inf, BenchInf(cabinet)))
+    for (int count : {0, FileCounts[0], FileCounts[1]}) {
+        std::string cabinet;
+        if (!MakeBenchCabinet(directory, count, cabinet) ||
+            !WriteFileText(directory + "ubench" + std::to_string(count) + ".inf", BenchInf(cabinet)))
             return 1;
-        if (!TimeUninstall(inf, count, repeats, run)) {
-            fprintf(stderr, "uninstall_bench: the uninstall of %d files left something of the model\n", count);
-            return 1;
-        }
-        double platform = TimePlatform(directory + "source" + std::to_string(count) + "\\", count, repeats);
-        printf("figure uninstall %d run %.3f fixed %.3f platform %.3f\n", count, run, fixed, platform);
-        fflush(stdout);
     }
+    std::vector<double> fixed;
+    std::map<int, Figures> figures;
+    for (int round = 0; round < repeats; ++round)
+        if (!Round(directory, fixed, figures))
+            return 1;
+    for (int count : FileCounts)
+        printf("figure uninstall %d run %.3f fixed %.3f platform %.3f\n", count, Median(figures[count].Run),
+               Median(fixed), Median(figures[count].Platform));
     return 0;
 }
