@@ -142,8 +142,6 @@ void RemoveDirectoryFiles(CUninstallRun &run, TaskIterator begin, TaskIterator e
     }
 }
 
-// A value that could not be a file the install wrote is refused before
-// anything looks at the disk.
 FileTask MakeTask(const std::string &path, const std::string &origin)
 {
     size_t slash = path.find_last_of('\\');
@@ -151,6 +149,8 @@ FileTask MakeTask(const std::string &path, const std::string &origin)
                     std::vector<std::string>()};
 }
 
+// A value that could not be a file the install wrote is refused before
+// anything looks at the disk.
 void Screen(CUninstallRun &run, const NamedValue &value, std::vector<FileTask> &tasks)
 {
     if (!IsTextValue(value)) {
@@ -200,8 +200,12 @@ void RemoveFiles(CUninstallRun &run)
 void RemoveUnrecordedFiles(CUninstallRun &run, const std::vector<UnrecordedFile> &files)
 {
     std::vector<FileTask> tasks;
-    for (const UnrecordedFile &file : files)
-        if (RefusalOfPath(file.Path).empty())
+    for (const UnrecordedFile &file : files) {
+        std::string why = RefusalOfPath(file.Path);
+        if (why.empty())
             tasks.push_back(MakeTask(file.Path, file.Origin));
+        else
+            run.Tell(MakeItem(Kind, file.Path, Outcome::Refused, file.Origin + "; " + why));
+    }
     RemoveTasks(run, tasks);
 }

@@ -8,26 +8,35 @@
 static const char RecordKind[] = "record";
 static const char BaselineKind[] = "baseline";
 
+static bool IsPart(const std::string &subkey, const char *const *parts, int partCount)
+{
+    for (int i = 0; i < partCount; ++i)
+        if (EqualNoCase(subkey, parts[i]))
+            return true;
+    return false;
+}
+
 // A key of the product's own with only the parts it knows below it; a key
-// of any other name below it stops the removal, since nothing here is
-// removed whole without a look at what it holds.
+// of any other name below it stops the removal before anything goes, since
+// nothing here is removed whole without a look at what it holds.
 static bool DeleteKeyAndParts(const std::string &path, const char *const *parts, int partCount, std::string &failure)
 {
     CRegistryHandle key;
     std::vector<std::string> subkeys;
-    LONG error = ERROR_SUCCESS;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ, key.Put()) != ERROR_SUCCESS ||
-        !ListSubkeys(key.Get(), subkeys, &error)) {
+    LONG error = RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ, key.Put());
+    if (error != ERROR_SUCCESS || !ListSubkeys(key.Get(), subkeys, &error)) {
         failure = "cannot be listed, " + ErrorText(error);
         return false;
     }
+    for (const std::string &subkey : subkeys)
+        if (!IsPart(subkey, parts, partCount)) {
+            failure = "holds \"" + subkey + "\", which is none of its parts";
+            return false;
+        }
     for (const std::string &subkey : subkeys) {
-        bool known = false;
-        for (int i = 0; i < partCount; ++i)
-            known = known || EqualNoCase(subkey, parts[i]);
-        LONG deleted = known ? RegDeleteKeyA(key.Get(), subkey.c_str()) : ERROR_ACCESS_DENIED;
+        LONG deleted = RegDeleteKeyA(key.Get(), subkey.c_str());
         if (deleted != ERROR_SUCCESS) {
-            failure = known ? subkey + " cannot be deleted, " + ErrorText(deleted) : "holds \"" + subkey + "\", no part of it";
+            failure = subkey + " cannot be deleted, " + ErrorText(deleted);
             return false;
         }
     }
