@@ -28,7 +28,8 @@ static const char Usage[] =
     "  --json     one JSON document instead of lines\n"
     "exit: 0 all removed, 1 something failed or was refused (the record stays\n"
     "      for a second run), 2 no such record, 3 bad arguments, 4 all removed\n"
-    "      or waiting for the restart that is needed to finish\n";
+    "      or waiting for the restart that is needed to finish; --what-if: 0 when\n"
+    "      nothing would fail or be refused, 1 otherwise\n";
 
 struct Arguments {
     bool Json = false, WhatIf = false, Help = false;
