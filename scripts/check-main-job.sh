@@ -4,7 +4,8 @@
 # fails unless each run exits 0 within its time, tovrel-report keeps a
 # baseline after the install and after the repair, and its report shows the
 # printer, the driver, the files, the service and the uninstall tree, and
-# finds every item of the record held against the baseline.
+# finds every item of the record held against the baseline; and the
+# uninstall's plan that ends it would take back every item and change nothing.
 #   check-main-job.sh [SECONDS]    time allowed for one run (default 900)
 set -uo pipefail
 cd "$(dirname "$0")/.."
@@ -56,6 +57,14 @@ check_report() {
         fi
     done
     expect "$log" "the report after the repair, as JSON" "\"drifted\": 0, \"pending\": 0" || ok=1
+    local plan="what the uninstall would take back"
+    expect "$log" "$plan" "^printer +Plenarc Demo +would be removed" || ok=1
+    expect "$log" "$plan" "^driver +Plenarc Demo 600 in \"$env_name\" +would be removed$" || ok=1
+    expect "$log" "$plan" "^service +PlenarcDemo +would be removed" || ok=1
+    expect "$log" "$plan" "^file +C:.windows.system32.plensvc.exe +would be removed$" || ok=1
+    expect "$log" "$plan" "^record +HKLM.SOFTWARE.Halvern.Plenarc.6.0.Uninstall Data.Plenarc Demo 600 +would be removed" || ok=1
+    expect "$log" "$plan" "^summary +Plenarc Demo 600: [0-9]+ items, [0-9]+ would be removed, [0-9]+ shared, [0-9]+ absent already, 0 failed, 0 refused; nothing changed$" || ok=1
+    expect "$log" "$plan" "^exit 0$" || ok=1
     return $ok
 }
 

@@ -4,6 +4,9 @@
 # more through Repair, and shows what the install left behind as tovrel-report
 # sees it, after the install and after the repair. As a deployment script
 # should, it has tovrel-report keep a baseline right after each of the two.
+# It ends with what tovrel-uninstall would take back (--what-if), so that
+# the prefix it keeps stays installed for scripts/report.sh and
+# scripts/uninstall.sh.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -14,7 +17,7 @@ arch=$TOVREL_WINE_ARCH
 echo "== building tovrel.dll and the fixture files ($arch)"
 cmake --preset "$arch" >/dev/null
 cmake --build --preset "$arch" --target tovrel repair_cli selfreg_a versioned_2_0_0_0 tovrel_monitor \
-    fixture_service tovrel-report >/dev/null
+    fixture_service tovrel-report tovrel-uninstall >/dev/null
 
 scripts/wine-prefix.sh winxp
 root=$(tovrel_wine_root)
@@ -78,4 +81,8 @@ echo "== the baseline after the repair"
 show_report --baseline
 echo "== the report after the repair, as JSON"
 show_report --json
+echo "== what the uninstall would take back (--what-if)"
+code=0
+run_wine "$bin/tovrel-uninstall.exe" --what-if "Plenarc Demo 600" || code=$?
+echo "exit $code"
 echo "== prefix kept in $WINEPREFIX"

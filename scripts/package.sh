@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Builds the release package of one preset and checks it: the zip holds the
-# library, the report program, the header, the .def file, the import library
-# and README.md, and both programs' version resources carry the version of
-# project() in CMakeLists.txt, the one place it is written.
+# library, the report and uninstall programs, the header, the .def file, the
+# import library, README.md, LICENSE and CHANGELOG.md; the binaries' version
+# resources carry the version of project() in CMakeLists.txt, the one place
+# it is written, and the changelog has an entry for that version.
 #   scripts/package.sh [win32|win64]      (default win32)
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -13,7 +14,7 @@ scripts/setup.sh >/dev/null
 version=$(sed -n 's/^project(tovrel VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 [ -n "$version" ] || fail "no version in the project() line of CMakeLists.txt"
 cmake --preset "$preset" >/dev/null
-cmake --build --preset "$preset" --target tovrel tovrel-report >/dev/null
+cmake --build --preset "$preset" --target tovrel tovrel-report tovrel-uninstall >/dev/null
 build=build/$preset
 zip="$build/tovrel-$version-$preset.zip"
 rm -f "$zip"
@@ -22,7 +23,8 @@ rm -f "$zip"
 unzip -l "$zip"
 
 listing=$(unzip -Z1 "$zip")
-for entry in bin/tovrel.dll bin/tovrel-report.exe include/tovrel.h lib/tovrel.def lib/tovrel.lib README.md; do
+binaries=(bin/tovrel.dll bin/tovrel-report.exe bin/tovrel-uninstall.exe)
+for entry in "${binaries[@]}" include/tovrel.h lib/tovrel.def lib/tovrel.lib README.md LICENSE CHANGELOG.md; do
     grep -qx "$entry" <<<"$listing" || fail "$entry is not in $zip"
 done
 
@@ -37,8 +39,9 @@ fixed_version() {
 }
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-unzip -q "$zip" bin/tovrel.dll bin/tovrel-report.exe -d "$work"
-for binary in bin/tovrel.dll bin/tovrel-report.exe; do
+unzip -q "$zip" "${binaries[@]}" CHANGELOG.md -d "$work"
+grep -q "^## $version " "$work/CHANGELOG.md" || fail "CHANGELOG.md has no entry for $version"
+for binary in "${binaries[@]}"; do
     fixed=$(fixed_version "$work/$binary") || fail "$binary has no version resource"
     text=$(strings -el "$work/$binary" | grep -A1 -x FileVersion | sed -n 2p)
     [ "$fixed" = "$version.0" ] || fail "$binary: fixed version $fixed, project() says $version"

@@ -1,25 +1,14 @@
 #include "report/baseline_store.h"
 
-#include "report/registry_read.h"
+#include "record/registry_read.h"
 
-static const char BaselineRoot[] = "SOFTWARE\\Halvern\\Plenarc\\6.0\\Report Baseline";
-static const char MachineRootText[] = "HKLM\\";
 static const char LabelEnd = '=';
 // More digits than this overflow the number of bytes a file can hold.
 static const size_t LongestNumber = 19;
 
-const char BaselineFiles[] = "files";
-const char BaselineServices[] = "services";
-const char BaselinePrinters[] = "printers";
-
-std::string BaselineKeyPath(const std::string &model)
-{
-    return std::string(BaselineRoot) + "\\" + model;
-}
-
 std::string BaselineKeyText(const std::string &model)
 {
-    return MachineRootText + BaselineKeyPath(model);
+    return MachineKeyText(BaselineKeyPath(model));
 }
 
 bool CBaseline::Open(const std::string &model)

@@ -12,14 +12,10 @@
 #include <string>
 #include <vector>
 
+#include "record/product_keys.h"
 #include "support/handles.h"
 
-extern const char BaselineFiles[];
-extern const char BaselineServices[];
-extern const char BaselinePrinters[];
-
-// The model's key below HKEY_LOCAL_MACHINE, and the same as a person reads it.
-std::string BaselineKeyPath(const std::string &model);
+// The model's key as a person reads it.
 std::string BaselineKeyText(const std::string &model);
 
 typedef std::map<std::string, std::string> BaselineFields;

@@ -1,8 +1,8 @@
+#include "record/text_compare.h"
 #include "report/baseline_fields.h"
 #include "report/baseline_take.h"
 #include "report/baseline_write.h"
 #include "report/file_location.h"
-#include "report/text_compare.h"
 
 static bool Failed(const std::string &what, LONG error, std::string &failure)
 {

@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "report/uninstall_record.h"
+#include "record/uninstall_record.h"
 
 struct BaselineTally {
     int Files = 0, MissingFiles = 0, Services = 0, Printers = 0;

@@ -3,9 +3,9 @@
 #ifndef TOVREL_REPORT_DRIVER_CHECK_H
 #define TOVREL_REPORT_DRIVER_CHECK_H
 
+#include "record/uninstall_record.h"
 #include "report/driver_record.h"
 #include "report/report_item.h"
-#include "report/uninstall_record.h"
 
 void CheckDriverAndModelValues(const UninstallRecord &record, const DriverRecord &driver, ReportItems &items);
 

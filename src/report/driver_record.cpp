@@ -3,12 +3,10 @@
 
 #include <cstring>
 
+#include "record/spooler_lists.h"
+#include "record/system_family.h"
+#include "record/text_compare.h"
 #include "report/driver_record.h"
-#include "report/spooler_lists.h"
-#include "report/system_family.h"
-#include "report/text_compare.h"
-
-static const DWORD DriverDirectoryLevel = 1;
 
 static std::string TextOrEmpty(const char *text)
 {
@@ -54,19 +52,6 @@ DriverRecord ReadDriverRecord(const std::string &model)
     driver.Listed = listed;
     driver.Environment = environment;
     return driver;
-}
-
-std::string DriverDirectory(const std::string &environment)
-{
-    char path[MAX_PATH] = "";
-    DWORD needed = 0;
-    if (!GetPrinterDriverDirectoryA(NULL, const_cast<char *>(environment.c_str()), DriverDirectoryLevel,
-                                    reinterpret_cast<BYTE *>(path), MAX_PATH, &needed))
-        return std::string();
-    std::string directory(path);
-    if (!directory.empty() && directory.back() != '\\')
-        directory += '\\';
-    return directory;
 }
 
 std::string SpoolerCopyOf(const DriverRecord &driver, const std::string &fileName)

@@ -17,8 +17,6 @@ struct DriverRecord {
 
 // Of the records of the model's name, the one of the highest version.
 DriverRecord ReadDriverRecord(const std::string &model);
-// The printer driver directory of this environment, with a backslash at its end.
-std::string DriverDirectory(const std::string &environment);
 // Where the spooler keeps a file of that name for the driver, or empty text
 // when the name is none of the driver's files.
 std::string SpoolerCopyOf(const DriverRecord &driver, const std::string &fileName);

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "record/pending_renames.h"
+#include "record/registry_read.h"
 #include "report/baseline_store.h"
 #include "report/file_location.h"
-#include "report/pending_renames.h"
-#include "report/registry_read.h"
 #include "report/report_item.h"
 
 struct FileCheckContext {

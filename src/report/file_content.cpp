@@ -1,7 +1,7 @@
 #include "report/file_content.h"
 
+#include "record/text_compare.h"
 #include "report/baseline_fields.h"
-#include "report/text_compare.h"
 
 static const char NoBaseline[] = "; content not compared: no baseline";
 

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "record/registry_read.h"
 #include "report/baseline_store.h"
 #include "report/file_facts.h"
-#include "report/registry_read.h"
 #include "report/report_item.h"
 
 // path: the path the baseline keeps the file under; recordedFiles: the

@@ -1,13 +1,14 @@
 #include <windows.h>
 
+#include "record/directory_sources.h"
+#include "record/text_compare.h"
 #include "report/file_location.h"
-#include "report/text_compare.h"
 
 SpoolerFiles ReadSpoolerFiles(const std::string &model)
 {
     SpoolerFiles spooler;
     spooler.Driver = ReadDriverRecord(model);
-    spooler.DriverDirectory = DriverDirectory(spooler.Driver.Environment);
+    spooler.DriverDirectory = PrinterDriverDirectory(spooler.Driver.Environment.c_str());
     return spooler;
 }
 

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "record/uninstall_record.h"
 #include "report/baseline_take.h"
 #include "report/record_check.h"
 #include "report/report_output.h"
-#include "report/uninstall_record.h"
 
 static const int ExitHeld = 0;
 static const int ExitDrifted = 1;

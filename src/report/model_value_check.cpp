@@ -1,10 +1,10 @@
 #include <windows.h>
 
+#include "record/spooler_lists.h"
+#include "record/system_family.h"
+#include "record/text_compare.h"
 #include "report/file_facts.h"
 #include "report/model_value_check.h"
-#include "report/spooler_lists.h"
-#include "report/system_family.h"
-#include "report/text_compare.h"
 
 static const char Kind[] = "model";
 static const DWORD ProcessorDirectoryLevel = 1;

@@ -1,7 +1,7 @@
+#include "record/text_compare.h"
 #include "report/baseline_fields.h"
 #include "report/printer_check.h"
 #include "report/printer_facts.h"
-#include "report/text_compare.h"
 
 static const char Kind[] = "printer";
 

@@ -1,9 +1,9 @@
 #include <windows.h>
 #include <winspool.h>
 
+#include "record/spooler_lists.h"
+#include "record/text_compare.h"
 #include "report/printer_facts.h"
-#include "report/spooler_lists.h"
-#include "report/text_compare.h"
 #include "support/handles.h"
 
 static const char ValidMark[] = "IsPlenarcValid";

@@ -3,9 +3,9 @@
 #ifndef TOVREL_REPORT_RECORD_CHECK_H
 #define TOVREL_REPORT_RECORD_CHECK_H
 
+#include "record/uninstall_record.h"
 #include "report/baseline_store.h"
 #include "report/report_item.h"
-#include "report/uninstall_record.h"
 
 struct ReportTally {
     int Items = 0, Held = 0, Drifted = 0, Pending = 0, Unchecked = 0;

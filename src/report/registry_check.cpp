@@ -1,9 +1,9 @@
 #include <windows.h>
 
-#include "report/addreg_line.h"
-#include "report/current_user.h"
+#include "record/addreg_line.h"
+#include "record/current_user.h"
+#include "record/text_compare.h"
 #include "report/registry_check.h"
-#include "report/text_compare.h"
 
 static const char Kind[] = "registry";
 static const size_t DwordSize = 4;

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "report/registry_read.h"
+#include "record/registry_read.h"
 #include "report/report_item.h"
 
 // recordedFiles: the record's "files", for lines whose value names a file.

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "report/text_compare.h"
+#include "record/text_compare.h"
 
 const char RecordKind[] = "record";
 const char *const ItemKinds[] = {RecordKind, "model", "file", "registry", "service", "shortcut",

@@ -1,8 +1,8 @@
 #include <windows.h>
 
+#include "record/text_compare.h"
 #include "report/baseline_fields.h"
 #include "report/service_check.h"
-#include "report/text_compare.h"
 
 static const char Kind[] = "service";
 

@@ -31,6 +31,15 @@
 #   copy FILE PATH             a file of the source tree at a Windows path
 #   set NAME=VALUE             in the environment of every later step
 #   report [--json] MODEL      tovrel-report: its lines and exit code
+#   uninstall [ARGS] MODEL     tovrel-uninstall: its lines and exit code
+#   interrupt POINT:SUBJECT MODEL
+#                              the test build of tovrel-uninstall, which ends
+#                              its process once it has dealt with the item
+#                              of kind POINT whose subject ends in SUBJECT
+#   machine mark|diff          ends the session as a restart does, then keeps
+#                              every path under C: and every registry key and
+#                              value (mark), or shows what differs from what
+#                              mark kept (diff): + added, - gone
 set -uo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 source_dir=$(cd "$here/../.." && pwd)
@@ -59,7 +68,9 @@ if [ "$TOVREL_WINE_ARCH" = win64 ]; then env_dir=x64; else env_dir=w32x86; fi
 sys='C:\windows\system32' drivers="C:\\windows\\system32\\spool\\drivers\\$env_dir"
 c="$WINEPREFIX/drive_c"
 mkdir -p "$c/demo" "$c/windows/system32/spool/drivers/$env_dir"
-cp "$bin/tovrel.dll" "$bin/repair_cli.exe" "$bin/holder.exe" "$bin/tovrel-report.exe" "$c/demo/"
+mkdir -p "$c/demo/interruptible"
+cp "$bin/tovrel.dll" "$bin/repair_cli.exe" "$bin/holder.exe" "$bin/tovrel-report.exe" "$bin/tovrel-uninstall.exe" "$c/demo/"
+cp "$bin/interruptible/tovrel-uninstall.exe" "$c/demo/interruptible/"
 built=()  # the files of BINDIR that the scenario uses: their sizes differ by architecture
 
 unix_path() { local p=${1#[Cc]:\\}; echo "$c/${p//\\//}"; }
@@ -132,6 +143,41 @@ hold_library() {
     echo "(the holder did not load $1)"
 }
 
+# A restart ends every program; Wine carries out the renames left for it
+# when the next session starts.
+end_session() {
+    for pid in "${holders[@]}"; do kill "$pid" 2>/dev/null; wait "$pid" 2>/dev/null; done
+    holders=()
+    wineserver -k >/dev/null 2>&1; wineserver -w
+}
+
+# The machine as lines: each path under C: but the runner's own, and each
+# registry key and value of the hives, with the times Wine notes left out
+# and a value that runs over several lines joined. The display's classes
+# are left out too: every session of Wine writes them anew.
+machine_state() {
+    (cd "$c" && find . -mindepth 1 ! -path './demo' ! -path './demo/*' | sed -e 's|^\.|path C:|' -e 's|/|\\|g') || true
+    local hive
+    for hive in system user; do
+        awk -v hive="$hive" '
+            /^\[/ { key = $0; sub(/\] [0-9]+$/, "]", key); print hive " " key; next }
+            /^#/ || /^$/ || /^WINE REGISTRY/ || /^;/ { next }
+            { line = $0
+              while (line ~ /\\$/ && (getline more) > 0) { sub(/\\$/, "", line); sub(/^ +/, "", more); line = line more }
+              print hive " " key " " line }' "$WINEPREFIX/$hive.reg" |
+            grep -v -F -e '\\Control\\Class\\{4D36E968-' -e '\\Control\\Class\\{4D36E96E-'
+    done
+}
+
+machine() {
+    end_session
+    case $1 in
+    mark) machine_state | LC_ALL=C sort >"$run/machine" ;;
+    diff) machine_state | LC_ALL=C sort | LC_ALL=C comm -3 "$run/machine" - |
+            sed -E -e 's/^\t/+ /' -e 's/^([^+])/- \1/' ;;
+    esac
+}
+
 run_step() {
     local verb=$1; shift
     case $verb in
@@ -143,13 +189,7 @@ run_step() {
     open) run_step inf "$1" && run_step rundll Halvern "Plenarc Demo 600" "Plenarc Demo" ;;
     repair) (cd "$c/demo" && install repair_cli.exe "$inf" "$@") ;;
     hold) hold_library "$1" ;;
-    restart)
-        for pid in "${holders[@]}"; do kill "$pid" 2>/dev/null; wait "$pid" 2>/dev/null; done
-        holders=()
-        # Wine carries out the renames left for a restart when a session
-        # starts, so the restart ends this one before the next starts.
-        wineserver -k >/dev/null 2>&1; wineserver -w
-        in_prefix wineboot -r >/dev/null 2>&1 ;;
+    restart) end_session && in_prefix wineboot -r >/dev/null 2>&1 ;;
     delete) rm "$(unix_path "$1")" ;;
     cut) truncate -s "$2" "$(unix_path "$1")" ;;
     wine) in_prefix "$@" >/dev/null 2>&1 ;;
@@ -160,6 +200,10 @@ run_step() {
     copy) cp "$source_dir/$1" "$(new_path "$2")" ;;
     set) export "$1" 2>/dev/null ;;
     report) local code=0; printed 'C:\demo\tovrel-report.exe' "$@" || code=$?; echo "exit $code" ;;
+    uninstall) local code=0; printed 'C:\demo\tovrel-uninstall.exe' "$@" || code=$?; echo "exit $code" ;;
+    interrupt) local code=0; TOVREL_INTERRUPT_AT=$1 printed 'C:\demo\interruptible\tovrel-uninstall.exe' "$2" ||
+            code=$?; echo "exit $code" ;;
+    machine) machine "$1" ;;
     *) echo "snapshot: unknown step '$verb'" >&2; return 1 ;;
     esac
 }

@@ -1,8 +1,9 @@
-// The interruption points of the test build of tovrel.dll. TOVREL_INTERRUPT_AT
-// names one as POINT:SUBJECT (SUBJECT the end of a file's path, after a
-// separator, or empty for any), and the installing process ends there at
-// once, as a kill ends it: no handler, no destructor, no flush of its own.
-// TOVREL_WORK_DIRECTORY names the work directory in %TEMP%.
+// The interruption points of the test builds of tovrel.dll and
+// tovrel-uninstall. TOVREL_INTERRUPT_AT names one as POINT:SUBJECT (SUBJECT
+// the end of a file's path or an item's name, after a separator, or empty
+// for any), and the process ends there at once, as a kill ends it: no
+// handler, no destructor, no flush of its own. TOVREL_WORK_DIRECTORY names
+// the install's work directory in %TEMP%.
 #include <windows.h>
 
 #include <string>
