@@ -23,7 +23,7 @@ bool JoinLine(const CInfKey &key, CBoundedString &line)
     return true;
 }
 
-CInfFile::CInfFile() {}
+CInfFile::CInfFile() : Indexed(false) {}
 
 CInfFile::~CInfFile() {}
 
@@ -80,6 +80,7 @@ void CInfFile::Parse(char *text)
 {
     if (!text)
         return;
+    Indexed = false;
     CInfSection current = Sections.end();
     while (*text) {
         char *line = NextLine(text);
@@ -99,6 +100,7 @@ void CInfFile::Parse(char *text)
             break;
         }
     }
+    IndexKeys();
 }
 
 // A header names the text between "[" and the first "]" exactly; "[]" leaves
@@ -139,19 +141,6 @@ int CInfFile::GetKeyCount(const char *section)
     if (!FindSection(section, entry))
         return 0;
     return static_cast<int>(entry->second.size());
-}
-
-int CInfFile::FindKey(CInfSection entry, CInfKeyList::iterator &key, const char *name)
-{
-    if (entry == Sections.end())
-        return 0;
-    for (CInfKeyList::iterator it = entry->second.begin(); it != entry->second.end(); ++it) {
-        if (it->Name.Equals(name)) {
-            key = it;
-            return 1;
-        }
-    }
-    return 0;
 }
 
 int CInfFile::LookupKey(const char *section, const char *key, char *out, const char *defaultValue)

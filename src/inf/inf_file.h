@@ -5,6 +5,7 @@
 
 #include <list>
 #include <map>
+#include <vector>
 
 #include "inf/bounded_string.h"
 
@@ -28,6 +29,12 @@ typedef std::list<CInfKey> CInfKeyList;
 typedef std::map<CBoundedString, CInfKeyList, CBoundedStringLess> CInfSectionMap;
 typedef CInfSectionMap::iterator CInfSection;
 
+// One line of the key index: its section's list and the line itself.
+struct CInfIndexedKey {
+    const CInfKeyList *Section;
+    CInfKeyList::iterator Line;
+};
+
 class CInfFile {
 public:
     CInfFile();
@@ -37,10 +44,14 @@ public:
     // Cuts the NUL-terminated text up in place and stores what the grammar keeps.
     void Parse(char *text);
     void AddSection(const char *name);
+    // Orders every line by section and name, so that FindKey takes
+    // logarithmic time. Parse calls it; so does every other reader that
+    // fills Sections, once it is done.
+    void IndexKeys();
 
     int FindSection(const char *name, CInfSection &entry);
     int GetKeyCount(const char *section);
-    // The first line of the name, cut or not.
+    // The first line of the name in file order, cut or not.
     int FindKey(CInfSection entry, CInfKeyList::iterator &key, const char *name);
     // KeyFound, KeyMissing or KeyCut; out holds the value only when found.
     int LookupKey(const char *section, const char *key, char *out, const char *defaultValue);
@@ -65,6 +76,12 @@ public:
 private:
     // Makes the section that a header line names the current one.
     void OpenSection(char *header, CInfSection &current);
+    int FindKeyInList(CInfSection entry, CInfKeyList::iterator &key, const char *name);
+
+    // Every line, by section, then name (case ignored), then file order;
+    // valid only while Indexed.
+    std::vector<CInfIndexedKey> KeyIndex;
+    bool Indexed;
     CInfFile(const CInfFile &);
     CInfFile &operator=(const CInfFile &);
 };
