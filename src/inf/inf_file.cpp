@@ -2,17 +2,11 @@
 
 #include <cstring>
 
-namespace {
-
-// Copies text into a field, keeping the first 259 characters of a longer one;
-// false when it did not fit.
 bool StoreField(CBoundedString &field, const char *text)
 {
     CopyBounded(field.Text, text, sizeof field.Text);
     return !text || std::strlen(text) <= CBoundedString::MaxLength;
 }
-
-}  // namespace
 
 bool JoinLine(const CInfKey &key, CBoundedString &line)
 {

@@ -21,6 +21,10 @@ struct CInfKey {
 // nor missing, so that no default stands in for it either.
 enum { KeyMissing = 0, KeyFound = 1, KeyCut = -1 };
 
+// Copies text into a field, keeping the first 259 characters of a longer one;
+// false when it did not fit.
+bool StoreField(CBoundedString &field, const char *text);
+
 // The line as the stages read one that has no "=": name and value joined
 // into line. False when the line was cut or the two do not fit together.
 bool JoinLine(const CInfKey &key, CBoundedString &line);
@@ -28,6 +32,15 @@ bool JoinLine(const CInfKey &key, CBoundedString &line);
 typedef std::list<CInfKey> CInfKeyList;
 typedef std::map<CBoundedString, CInfKeyList, CBoundedStringLess> CInfSectionMap;
 typedef CInfSectionMap::iterator CInfSection;
+
+class CInfFile;
+
+// Where a read may end early: once the first section of that name has
+// ended, KeepReading looks at what the store holds so far.
+struct CProfileStop {
+    const char *Section;
+    bool (*KeepReading)(CInfFile &store);
+};
 
 // One line of the key index: its section's list and the line itself.
 struct CInfIndexedKey {
@@ -44,6 +57,12 @@ public:
     // Cuts the NUL-terminated text up in place and stores what the grammar keeps.
     void Parse(char *text);
     void AddSection(const char *name);
+    // Reads length characters of text, NULs among them, the way the
+    // platform's profile calls read a file, for the discovery, which has
+    // always seen its candidates so. text[length] must be writable. Stops
+    // where stop says, if given; lines before the first header stay under
+    // the empty name.
+    void ParseProfile(char *text, size_t length, const CProfileStop *stop);
     // Orders every line by section and name, so that FindKey takes
     // logarithmic time. Parse calls it; so does every other reader that
     // fills Sections, once it is done.
