@@ -111,12 +111,13 @@ bool ProfilePath(const char *path, CBoundedString &full)
 
 }  // namespace
 
-bool ReadCandidateInf(const char *path, CInfFile &candidate)
+bool ReadCandidateInf(const char *path, CCandidateInf &candidate)
 {
     CBoundedString full;
     std::vector<char> text;
     if (!path || !ProfilePath(path, full) || !ReadBytes(full, text) || !ToCodePage(text))
         return false;
-    candidate.ParseProfile(text.data(), text.size() - 1, &StopUnlessPrinter);
+    size_t length = text.size() - 1;
+    candidate.Read(text, length, &StopUnlessPrinter);
     return true;
 }

@@ -15,7 +15,7 @@ const char ManufacturerSection[] = "Manufacturer";
 bool IsListed(const CInfKey &line) { return !line.Cut && line.Name.Text[0] != ';'; }
 
 // Whether the models section lists the model by its expanded name.
-bool ListsModel(CInfFile &candidate, const CInfKeyList &models, const CBoundedString &model, unsigned long locale)
+bool ListsModel(CCandidateInf &candidate, const CInfKeyList &models, const CBoundedString &model, unsigned long locale)
 {
     for (const CInfKey &line : models) {
         if (!IsListed(line))
@@ -31,7 +31,7 @@ bool ListsModel(CInfFile &candidate, const CInfKeyList &models, const CBoundedSt
 
 }  // namespace
 
-bool NamesPrinterClass(CInfFile &candidate)
+bool NamesPrinterClass(CCandidateInf &candidate)
 {
     CBoundedString value;
     int guid = ReadProfileValue(candidate, VersionSection, VersionClassGuidKey, value);
@@ -42,13 +42,13 @@ bool NamesPrinterClass(CInfFile &candidate)
     return ReadProfileValue(candidate, VersionSection, VersionClassKey, value) > 0 && IsPrinterClassName(value);
 }
 
-int MatchCandidate(CInfFile &candidate, const CBoundedString &model, CBoundedString &manufacturer,
+int MatchCandidate(CCandidateInf &candidate, const CBoundedString &model, CBoundedString &manufacturer,
                    unsigned long locale)
 {
     if (!NamesPrinterClass(candidate))
         return 0;
-    CInfSection makers = candidate.Sections.find(CBoundedString(ManufacturerSection));
-    if (makers == candidate.Sections.end())
+    CInfSection makers = candidate.Section(ManufacturerSection);
+    if (makers == candidate.Store.Sections.end())
         return 0;
     // Each line names a manufacturer and its models section; without one,
     // the section has the manufacturer's own name.
@@ -60,8 +60,8 @@ int MatchCandidate(CInfFile &candidate, const CBoundedString &model, CBoundedStr
         manufacturer = CBoundedString();
         if (ExpandProfileToken(candidate, name, manufacturer, locale) == KeyCut)
             continue;
-        CInfSection models = candidate.Sections.find(line.Value.IsEmpty() ? manufacturer : line.Value);
-        if (models != candidate.Sections.end() && ListsModel(candidate, models->second, model, locale))
+        CInfSection models = candidate.Section(line.Value.IsEmpty() ? manufacturer : line.Value);
+        if (models != candidate.Store.Sections.end() && ListsModel(candidate, models->second, model, locale))
             return 1;
     }
     return 0;

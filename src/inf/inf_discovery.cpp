@@ -103,7 +103,7 @@ int CPrinterInf::MatchInf(CBoundedString inf, CBoundedString model, CBoundedStri
 {
     // A store of its own for each candidate: nothing is kept from one to the
     // next, nor from one search to the next.
-    CInfFile candidate;
+    CCandidateInf candidate;
     if (!ReadCandidateInf(inf, candidate))
         return 0;
     return MatchCandidate(candidate, model, manufacturer, GetThreadLocale());

@@ -17,7 +17,7 @@ bool JoinLine(const CInfKey &key, CBoundedString &line)
     return true;
 }
 
-CInfFile::CInfFile() : Indexed(false) {}
+CInfFile::CInfFile() {}
 
 CInfFile::~CInfFile() {}
 
@@ -74,7 +74,7 @@ void CInfFile::Parse(char *text)
 {
     if (!text)
         return;
-    Indexed = false;
+    KeyIndex.clear();
     CInfSection current = Sections.end();
     while (*text) {
         char *line = NextLine(text);

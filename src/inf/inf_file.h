@@ -33,20 +33,8 @@ typedef std::list<CInfKey> CInfKeyList;
 typedef std::map<CBoundedString, CInfKeyList, CBoundedStringLess> CInfSectionMap;
 typedef CInfSectionMap::iterator CInfSection;
 
-class CInfFile;
-
-// Where a read may end early: once the first section of that name has
-// ended, KeepReading looks at what the store holds so far.
-struct CProfileStop {
-    const char *Section;
-    bool (*KeepReading)(CInfFile &store);
-};
-
-// One line of the key index: its section's list and the line itself.
-struct CInfIndexedKey {
-    const CInfKeyList *Section;
-    CInfKeyList::iterator Line;
-};
+// The lines of one section ordered by name (case ignored), then file order.
+typedef std::vector<CInfKeyList::iterator> CInfKeyIndex;
 
 class CInfFile {
 public:
@@ -57,16 +45,12 @@ public:
     // Cuts the NUL-terminated text up in place and stores what the grammar keeps.
     void Parse(char *text);
     void AddSection(const char *name);
-    // Reads length characters of text, NULs among them, the way the
-    // platform's profile calls read a file, for the discovery, which has
-    // always seen its candidates so. text[length] must be writable. Stops
-    // where stop says, if given; lines before the first header stay under
-    // the empty name.
-    void ParseProfile(char *text, size_t length, const CProfileStop *stop);
-    // Orders every line by section and name, so that FindKey takes
-    // logarithmic time. Parse calls it; so does every other reader that
-    // fills Sections, once it is done.
+    // Orders the lines of every section by name, so that FindKey takes
+    // logarithmic time; Parse calls it. A reader that fills a section
+    // otherwise indexes it once it is filled; a section without an index is
+    // searched line by line.
     void IndexKeys();
+    void IndexSection(CInfSection section);
 
     int FindSection(const char *name, CInfSection &entry);
     int GetKeyCount(const char *section);
@@ -97,10 +81,7 @@ private:
     void OpenSection(char *header, CInfSection &current);
     int FindKeyInList(CInfSection entry, CInfKeyList::iterator &key, const char *name);
 
-    // Every line, by section, then name (case ignored), then file order;
-    // valid only while Indexed.
-    std::vector<CInfIndexedKey> KeyIndex;
-    bool Indexed;
+    std::map<const CInfKeyList *, CInfKeyIndex> KeyIndex;
     CInfFile(const CInfFile &);
     CInfFile &operator=(const CInfFile &);
 };

@@ -1,68 +1,58 @@
 // Finding a line by its name. INFs of thousands of models look up a
 // %token% for every one of them, so a walk of [Strings] per lookup would
-// make reading them quadratic: each line is found through an index sorted
-// once per parse instead.
+// make reading them quadratic: each section is sorted by name once instead.
 #include <algorithm>
-#include <functional>
 
 #include "inf/inf_file.h"
 
 namespace {
 
-struct CKeyProbe {
-    const CInfKeyList *Section;
-    const char *Name;
-};
-
-bool SectionBefore(const CInfKeyList *left, const CInfKeyList *right)
+// Lines of one name keep their file order, since the index is sorted stably.
+bool LineBefore(const CInfKeyList::iterator &left, const CInfKeyList::iterator &right)
 {
-    return std::less<const CInfKeyList *>()(left, right);
+    return CompareNoCase(left->Name.Text, right->Name.Text) < 0;
 }
 
-// Section first, then name with case ignored. Lines of one section and name
-// keep their file order, since the index is sorted stably.
-bool KeyBefore(const CInfIndexedKey &left, const CInfIndexedKey &right)
+bool LineBeforeName(const CInfKeyList::iterator &line, const char *name)
 {
-    if (left.Section != right.Section)
-        return SectionBefore(left.Section, right.Section);
-    return CompareNoCase(left.Line->Name.Text, right.Line->Name.Text) < 0;
-}
-
-bool KeyBeforeProbe(const CInfIndexedKey &key, const CKeyProbe &probe)
-{
-    if (key.Section != probe.Section)
-        return SectionBefore(key.Section, probe.Section);
-    return CompareNoCase(key.Line->Name.Text, probe.Name) < 0;
+    return CompareNoCase(line->Name.Text, name) < 0;
 }
 
 }  // namespace
 
 void CInfFile::IndexKeys()
 {
-    KeyIndex.clear();
     for (CInfSection section = Sections.begin(); section != Sections.end(); ++section)
-        for (CInfKeyList::iterator line = section->second.begin(); line != section->second.end(); ++line)
-            KeyIndex.push_back(CInfIndexedKey{&section->second, line});
-    std::stable_sort(KeyIndex.begin(), KeyIndex.end(), KeyBefore);
-    Indexed = true;
+        IndexSection(section);
+}
+
+void CInfFile::IndexSection(CInfSection section)
+{
+    CInfKeyIndex &index = KeyIndex[&section->second];
+    index.clear();
+    index.reserve(section->second.size());
+    for (CInfKeyList::iterator line = section->second.begin(); line != section->second.end(); ++line)
+        index.push_back(line);
+    std::stable_sort(index.begin(), index.end(), LineBefore);
 }
 
 int CInfFile::FindKey(CInfSection entry, CInfKeyList::iterator &key, const char *name)
 {
     if (entry == Sections.end())
         return 0;
-    if (!Indexed)
+    std::map<const CInfKeyList *, CInfKeyIndex>::const_iterator index = KeyIndex.find(&entry->second);
+    if (index == KeyIndex.end())
         return FindKeyInList(entry, key, name);
-    CKeyProbe probe = {&entry->second, name ? name : ""};
-    std::vector<CInfIndexedKey>::const_iterator first =
-        std::lower_bound(KeyIndex.begin(), KeyIndex.end(), probe, KeyBeforeProbe);
-    if (first == KeyIndex.end() || first->Section != probe.Section || CompareNoCase(first->Line->Name.Text, probe.Name))
+    const char *probe = name ? name : "";
+    CInfKeyIndex::const_iterator first =
+        std::lower_bound(index->second.begin(), index->second.end(), probe, LineBeforeName);
+    if (first == index->second.end() || CompareNoCase((*first)->Name.Text, probe))
         return 0;
-    key = first->Line;
+    key = *first;
     return 1;
 }
 
-// Before the index is built, as while a file is still being read.
+// A section that no reader has indexed.
 int CInfFile::FindKeyInList(CInfSection entry, CInfKeyList::iterator &key, const char *name)
 {
     for (CInfKeyList::iterator it = entry->second.begin(); it != entry->second.end(); ++it) {

@@ -18,24 +18,22 @@ void TrimBlanks(CBoundedString &name)
     std::memmove(name.Text, name.Text + begin, end - begin + 1);
 }
 
-int ReadFromStore(void *source, const char *section, const char *token, char *out, const char *)
+int ReadFromCandidate(void *source, const char *section, const char *token, char *out, const char *)
 {
-    return ReadProfileValue(*static_cast<CInfFile *>(source), section, token, out);
+    return ReadProfileValue(*static_cast<CCandidateInf *>(source), section, token, out);
 }
 
 }  // namespace
 
-int ReadProfileValue(CInfFile &store, const char *section, const char *key, char *out)
+int ReadProfileValue(CCandidateInf &candidate, const char *section, const char *key, char *out)
 {
     out[0] = 0;
     CBoundedString sectionName(section), keyName(key);
     TrimBlanks(sectionName);
     TrimBlanks(keyName);
-    // Found by the map itself: the lines before the first header go by the
-    // empty name.
-    CInfSection entry = store.Sections.find(sectionName);
+    CInfSection entry = candidate.Section(sectionName);
     CInfKeyList::iterator line;
-    if (entry == store.Sections.end() || !store.FindKey(entry, line, keyName))
+    if (!candidate.Store.FindKey(entry, line, keyName))
         return KeyMissing;
     if (line->Cut)
         return KeyCut;
@@ -50,7 +48,7 @@ int ReadProfileValue(CInfFile &store, const char *section, const char *key, char
     return static_cast<int>(length);
 }
 
-int ExpandProfileToken(CInfFile &store, const char *text, char *out, unsigned long locale)
+int ExpandProfileToken(CCandidateInf &candidate, const char *text, char *out, unsigned long locale)
 {
-    return ResolveToken(text, out, locale, ReadFromStore, &store);
+    return ResolveToken(text, out, locale, ReadFromCandidate, &candidate);
 }

@@ -1,9 +1,9 @@
-// Values of a store that ParseProfile filled, read the way the platform's
-// profile calls give them to the discovery.
+// Values of a discovery candidate, read the way the platform's profile calls
+// give them.
 #ifndef TOVREL_INF_PROFILE_VALUES_H
 #define TOVREL_INF_PROFILE_VALUES_H
 
-#include "inf/inf_file.h"
+#include "inf/candidate_inf.h"
 
 // What the profile calls take for a blank round a line or a name: tab to
 // CR, ^Z and space.
@@ -14,10 +14,10 @@ inline bool IsProfileBlank(char c) { return (c >= '\t' && c <= '\r') || c == 0x1
 // quotes, double or single, round the value taken off. The number of
 // characters in out, 0 for a missing key or an empty value, KeyCut for a
 // line whose text was cut, which gives nothing.
-int ReadProfileValue(CInfFile &store, const char *section, const char *key, char *out);
+int ReadProfileValue(CCandidateInf &candidate, const char *section, const char *key, char *out);
 
 // ExpandToken as it has always resolved a candidate's %token% through the
-// profile calls, from the store alone; a text that was cut gives KeyCut.
-int ExpandProfileToken(CInfFile &store, const char *text, char *out, unsigned long locale);
+// profile calls, from the candidate alone; a text that was cut gives KeyCut.
+int ExpandProfileToken(CCandidateInf &candidate, const char *text, char *out, unsigned long locale);
 
 #endif

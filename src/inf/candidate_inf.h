@@ -1,0 +1,46 @@
+// A candidate of the discovery: one INF's text, read the way the platform's
+// profile calls read a file, and a store that takes in a section's lines
+// the first time a question needs them.
+#ifndef TOVREL_INF_CANDIDATE_INF_H
+#define TOVREL_INF_CANDIDATE_INF_H
+
+#include <map>
+#include <vector>
+
+#include "inf/inf_file.h"
+
+class CCandidateInf;
+
+// Where a read may end early: once the first section of that name is over,
+// KeepReading looks at the candidate so far.
+struct CProfileStop {
+    const char *Section;
+    bool (*KeepReading)(CCandidateInf &candidate);
+};
+
+class CCandidateInf {
+public:
+    // Takes over text, length characters (NULs among them) and one byte
+    // more, and notes where the lines of each section lie, reading none of
+    // them yet. Ends where stop says, if given.
+    void Read(std::vector<char> &text, size_t length, const CProfileStop *stop);
+    // A section by the name that its first header gives, case ignored; its
+    // lines read and indexed on first use. Store.Sections.end() when there is
+    // none. The lines before any header go by the empty name.
+    CInfSection Section(const char *name);
+
+    CInfFile Store;
+
+private:
+    struct CLines {
+        size_t Begin, End;  // offsets into Text
+    };
+    typedef std::map<CBoundedString, CLines, CBoundedStringLess> CLinesMap;
+    void ReadLines(CInfKeyList &lines, CLines where);
+
+    std::vector<char> Text;
+    // Where the lines of each section's first header lie, read or not.
+    CLinesMap Unread;
+};
+
+#endif
