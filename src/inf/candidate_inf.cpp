@@ -132,7 +132,6 @@ CInfSection CCandidateInf::Section(const char *name)
         return found;
     found = Store.Sections.emplace(where->first, CInfKeyList()).first;
     ReadLines(found->second, where->second);
-    Store.IndexSection(found);
     return found;
 }
 

@@ -25,7 +25,7 @@ public:
     // them yet. Ends where stop says, if given.
     void Read(std::vector<char> &text, size_t length, const CProfileStop *stop);
     // A section by the name that its first header gives, case ignored; its
-    // lines read and indexed on first use. Store.Sections.end() when there is
+    // lines read on first use. Store.Sections.end() when there is
     // none. The lines before any header go by the empty name.
     CInfSection Section(const char *name);
 

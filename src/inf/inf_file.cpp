@@ -94,7 +94,6 @@ void CInfFile::Parse(char *text)
             break;
         }
     }
-    IndexKeys();
 }
 
 // A header names the text between "[" and the first "]" exactly; "[]" leaves

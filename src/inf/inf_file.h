@@ -45,16 +45,12 @@ public:
     // Cuts the NUL-terminated text up in place and stores what the grammar keeps.
     void Parse(char *text);
     void AddSection(const char *name);
-    // Orders the lines of every section by name, so that FindKey takes
-    // logarithmic time; Parse calls it. A reader that fills a section
-    // otherwise indexes it once it is filled; a section without an index is
-    // searched line by line.
-    void IndexKeys();
-    void IndexSection(CInfSection section);
 
     int FindSection(const char *name, CInfSection &entry);
     int GetKeyCount(const char *section);
-    // The first line of the name in file order, cut or not.
+    // The first line of the name in file order, cut or not. A section of
+    // more than a few lines is sorted by name on its first lookup, so that
+    // every later one takes logarithmic time.
     int FindKey(CInfSection entry, CInfKeyList::iterator &key, const char *name);
     // KeyFound, KeyMissing or KeyCut; out holds the value only when found.
     int LookupKey(const char *section, const char *key, char *out, const char *defaultValue);
@@ -80,7 +76,9 @@ private:
     // Makes the section that a header line names the current one.
     void OpenSection(char *header, CInfSection &current);
     int FindKeyInList(CInfSection entry, CInfKeyList::iterator &key, const char *name);
+    const CInfKeyIndex &IndexOf(CInfSection entry);
 
+    // The sections sorted so far; lines are never added to them afterwards.
     std::map<const CInfKeyList *, CInfKeyIndex> KeyIndex;
     CInfFile(const CInfFile &);
     CInfFile &operator=(const CInfFile &);
