@@ -97,7 +97,7 @@ void CCandidateInf::Read(std::vector<char> &text, size_t length, const CProfileS
     char *base = Text.data();
     // The lines before the first header: the profile calls reach them by
     // the empty name.
-    CLines *current = &Unread.emplace(CBoundedString(), CLines{0, 0}).first->second;
+    CPlace *current = &Places.emplace("", CPlace{0, 0, false, Store.Sections.end()}).first->second;
     bool atStop = false;
     for (char *cursor = base; cursor < base + length;) {
         CTextLine line = NextLine(cursor, base + length);
@@ -108,12 +108,12 @@ void CCandidateInf::Read(std::vector<char> &text, size_t length, const CProfileS
                 return;
             // A later header of a name already seen, or a name that no
             // lookup of 259 characters can reach, takes its lines nowhere.
-            CBoundedString key;
-            std::pair<CLinesMap::iterator, bool> added(Unread.end(), false);
-            if (StoreField(key, name))
-                added = Unread.emplace(key, CLines{size_t(line.Next - base), size_t(line.Next - base)});
+            size_t begin = line.Next - base;
+            std::pair<CPlaces::iterator, bool> added(Places.end(), false);
+            if (std::strlen(name) <= CBoundedString::MaxLength)
+                added = Places.emplace(name, CPlace{begin, begin, false, Store.Sections.end()});
             current = added.second ? &added.first->second : nullptr;
-            atStop = current && stop && key.Equals(stop->Section);
+            atStop = current && stop && CompareNoCase(name, stop->Section) == 0;
         }
         cursor = line.Next;
     }
@@ -123,23 +123,22 @@ void CCandidateInf::Read(std::vector<char> &text, size_t length, const CProfileS
 
 CInfSection CCandidateInf::Section(const char *name)
 {
-    CBoundedString key;
-    if (!StoreField(key, name))
+    CPlaces::iterator place = Places.find(name ? name : "");
+    if (place == Places.end())
         return Store.Sections.end();
-    CInfSection found = Store.Sections.find(key);
-    CLinesMap::iterator where = Unread.find(key);
-    if (found != Store.Sections.end() || where == Unread.end())
-        return found;
-    found = Store.Sections.emplace(where->first, CInfKeyList()).first;
-    ReadLines(found->second, where->second);
-    return found;
+    if (!place->second.Read) {
+        place->second.Read = true;
+        place->second.Entry = Store.Sections.emplace(CBoundedString(place->first), CInfKeyList()).first;
+        ReadLines(place->second.Entry->second, place->second);
+    }
+    return place->second.Entry;
 }
 
-void CCandidateInf::ReadLines(CInfKeyList &lines, CLines where)
+void CCandidateInf::ReadLines(CInfKeyList &lines, const CPlace &place)
 {
     CKeyReader reader(lines);
-    char *end = Text.data() + where.End;
-    for (char *cursor = Text.data() + where.Begin; cursor < end;) {
+    char *end = Text.data() + place.End;
+    for (char *cursor = Text.data() + place.Begin; cursor < end;) {
         CTextLine line = NextLine(cursor, end);
         if (line.Begin < line.End)
             reader.Add(line.Begin, line.End);

@@ -4,7 +4,7 @@
 #ifndef TOVREL_INF_CANDIDATE_INF_H
 #define TOVREL_INF_CANDIDATE_INF_H
 
-#include <map>
+#include <unordered_map>
 #include <vector>
 
 #include "inf/inf_file.h"
@@ -32,15 +32,19 @@ public:
     CInfFile Store;
 
 private:
-    struct CLines {
+    // Where the lines of a section's first header lie, and the section once
+    // they are read.
+    struct CPlace {
         size_t Begin, End;  // offsets into Text
+        bool Read;
+        CInfSection Entry;
     };
-    typedef std::map<CBoundedString, CLines, CBoundedStringLess> CLinesMap;
-    void ReadLines(CInfKeyList &lines, CLines where);
+    // By the names as the headers give them, cut off in Text itself.
+    typedef std::unordered_map<const char *, CPlace, CNoCaseHash, CNoCaseEqual> CPlaces;
+    void ReadLines(CInfKeyList &lines, const CPlace &place);
 
     std::vector<char> Text;
-    // Where the lines of each section's first header lie, read or not.
-    CLinesMap Unread;
+    CPlaces Places;
 };
 
 #endif

@@ -5,7 +5,7 @@
 
 #include <list>
 #include <map>
-#include <vector>
+#include <unordered_map>
 
 #include "inf/bounded_string.h"
 
@@ -33,8 +33,8 @@ typedef std::list<CInfKey> CInfKeyList;
 typedef std::map<CBoundedString, CInfKeyList, CBoundedStringLess> CInfSectionMap;
 typedef CInfSectionMap::iterator CInfSection;
 
-// The lines of one section ordered by name (case ignored), then file order.
-typedef std::vector<CInfKeyList::iterator> CInfKeyIndex;
+// The first line of each name of one section, by the name's text.
+typedef std::unordered_map<const char *, CInfKeyList::iterator, CNoCaseHash, CNoCaseEqual> CInfKeyIndex;
 
 class CInfFile {
 public:
@@ -49,8 +49,8 @@ public:
     int FindSection(const char *name, CInfSection &entry);
     int GetKeyCount(const char *section);
     // The first line of the name in file order, cut or not. A section of
-    // more than a few lines is sorted by name on its first lookup, so that
-    // every later one takes logarithmic time.
+    // more than a few lines is indexed by name on its first lookup, so that
+    // every later one takes constant time.
     int FindKey(CInfSection entry, CInfKeyList::iterator &key, const char *name);
     // KeyFound, KeyMissing or KeyCut; out holds the value only when found.
     int LookupKey(const char *section, const char *key, char *out, const char *defaultValue);
@@ -78,8 +78,8 @@ private:
     int FindKeyInList(CInfSection entry, CInfKeyList::iterator &key, const char *name);
     const CInfKeyIndex &IndexOf(CInfSection entry);
 
-    // The sections sorted so far; lines are never added to them afterwards.
-    std::map<const CInfKeyList *, CInfKeyIndex> KeyIndex;
+    // The sections indexed so far; lines are never added to them afterwards.
+    std::unordered_map<const CInfKeyList *, CInfKeyIndex> KeyIndex;
     CInfFile(const CInfFile &);
     CInfFile &operator=(const CInfFile &);
 };

@@ -1,27 +1,14 @@
 // Finding a line by its name. INFs of thousands of models look up a
 // %token% for every one of them, so a walk of [Strings] per lookup would
-// make reading them quadratic: a section is sorted by name once instead,
+// make reading them quadratic: a section is indexed by name once instead,
 // on its first lookup, so that an INF of many small sections that nobody
 // asks about pays nothing for it.
-#include <algorithm>
-
 #include "inf/inf_file.h"
 
 namespace {
 
-// Up to this many lines a walk costs less than sorting.
+// Up to this many lines a walk costs less than an index.
 const size_t WalkedSectionLines = 16;
-
-// Lines of one name keep their file order, since the index is sorted stably.
-bool LineBefore(const CInfKeyList::iterator &left, const CInfKeyList::iterator &right)
-{
-    return CompareNoCase(left->Name.Text, right->Name.Text) < 0;
-}
-
-bool LineBeforeName(const CInfKeyList::iterator &line, const char *name)
-{
-    return CompareNoCase(line->Name.Text, name) < 0;
-}
 
 }  // namespace
 
@@ -32,24 +19,24 @@ int CInfFile::FindKey(CInfSection entry, CInfKeyList::iterator &key, const char 
     if (entry->second.size() <= WalkedSectionLines)
         return FindKeyInList(entry, key, name);
     const CInfKeyIndex &index = IndexOf(entry);
-    const char *probe = name ? name : "";
-    CInfKeyIndex::const_iterator first = std::lower_bound(index.begin(), index.end(), probe, LineBeforeName);
-    if (first == index.end() || CompareNoCase((*first)->Name.Text, probe))
+    CInfKeyIndex::const_iterator found = index.find(name ? name : "");
+    if (found == index.end())
         return 0;
-    key = *first;
+    key = found->second;
     return 1;
 }
 
+// The names point into the lines themselves, which stay where they are.
 const CInfKeyIndex &CInfFile::IndexOf(CInfSection entry)
 {
-    std::pair<std::map<const CInfKeyList *, CInfKeyIndex>::iterator, bool> added =
+    std::pair<std::unordered_map<const CInfKeyList *, CInfKeyIndex>::iterator, bool> added =
         KeyIndex.emplace(&entry->second, CInfKeyIndex());
     CInfKeyIndex &index = added.first->second;
     if (added.second) {
         index.reserve(entry->second.size());
+        // emplace keeps the first line of a name: the file's order decides.
         for (CInfKeyList::iterator line = entry->second.begin(); line != entry->second.end(); ++line)
-            index.push_back(line);
-        std::stable_sort(index.begin(), index.end(), LineBefore);
+            index.emplace(line->Name.Text, line);
     }
     return index;
 }
