@@ -16,11 +16,14 @@ double Milliseconds(const std::function<void()> &work)
     return double(end.QuadPart - start.QuadPart) * 1000.0 / double(frequency.QuadPart);
 }
 
-double MedianOf(int repeats, const std::function<void()> &work)
+double MedianOf(int repeats, const std::function<void()> &work, const std::function<void()> &before)
 {
     std::vector<double> times;
-    for (int i = 0; i < repeats; ++i)
+    for (int i = 0; i < repeats; ++i) {
+        if (before)
+            before();
         times.push_back(Milliseconds(work));
+    }
     std::sort(times.begin(), times.end());
     size_t middle = times.size() / 2;
     return times.size() % 2 ? times[middle] : (times[middle - 1] + times[middle]) / 2;

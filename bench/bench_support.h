@@ -7,7 +7,9 @@
 #include <string>
 
 double Milliseconds(const std::function<void()> &work);
-double MedianOf(int repeats, const std::function<void()> &work);
+// before runs ahead of each round, untimed.
+double MedianOf(int repeats, const std::function<void()> &work,
+                const std::function<void()> &before = std::function<void()>());
 bool WriteFileText(const std::string &path, const std::string &text);
 
 #endif

@@ -10,7 +10,7 @@ seconds=${1:-30}
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
 
-targets=(inf_grammar command_line path_parts bounded_list cabinet_structure)
+targets=(inf_grammar inf_discovery command_line path_parts bounded_list cabinet_structure)
 work=build/fuzz/work
 # Sized for a 2-core machine with 24 GB that runs other builds beside: one
 # fuzzing job at a time, a slow input is one over 10 s, and 2 GB of memory.
@@ -29,6 +29,8 @@ for target in "${targets[@]}"; do
   cp -R "tests/fuzz/corpus/$target/." "$dir/corpus/"
   if [ "$target" = inf_grammar ]; then
     find tests/fixtures -iname '*.inf' -exec cp {} "$dir/corpus/" \;
+  elif [ "$target" = inf_discovery ]; then
+    find tests/fixtures tests/snapshots -iname '*.inf' -exec cp {} "$dir/corpus/" \;
   fi
   if [ -d "tests/fuzz/regressions/$target" ]; then
     cp -R "tests/fuzz/regressions/$target/." "$dir/regressions/"

@@ -31,8 +31,9 @@ public:
     int ReadDeviceSection(const char *manufacturer, const char *model, const char *printerName);
     int IsRebootRequired() const { return RebootRequired ? 1 : 0; }
 
-    // Discovery, before Open: an INF that offers the model, tried through
-    // the profile calls; 1 when found or accepted.
+    // Discovery, before Open: an INF that offers the model, each candidate
+    // read once, whole, as the profile calls read it; 1 when found or
+    // accepted.
     int FindInf(const char *printerName, char *inf, int infSize, char *manufacturer, int manufacturerSize,
                 char *model, int modelSize);
     int MatchInf(CBoundedString inf, CBoundedString model, CBoundedString &manufacturer);

@@ -26,6 +26,16 @@ int CompareNoCase(const char *left, const char *right)
     }
 }
 
+size_t HashNoCase(const char *text)
+{
+    // FNV-1a over the folded bytes.
+    const size_t Basis = static_cast<size_t>(2166136261u), Prime = 16777619u;
+    size_t hash = Basis;
+    for (const unsigned char *c = reinterpret_cast<const unsigned char *>(OrEmpty(text)); *c; ++c)
+        hash = (hash ^ FoldAscii(*c)) * Prime;
+    return hash;
+}
+
 void CopyBounded(char *target, const char *source, size_t size)
 {
     if (!target || !size)

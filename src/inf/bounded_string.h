@@ -40,6 +40,16 @@ struct CBoundedStringLess {
 
 // Case is folded for A to Z only, bytes compared unsigned, no locale.
 int CompareNoCase(const char *left, const char *right);
+// A hash of the text with case folded as CompareNoCase folds it.
+size_t HashNoCase(const char *text);
+
+// Hashed containers keyed by plain text, case ignored.
+struct CNoCaseHash {
+    size_t operator()(const char *text) const { return HashNoCase(text); }
+};
+struct CNoCaseEqual {
+    bool operator()(const char *left, const char *right) const { return CompareNoCase(left, right) == 0; }
+};
 
 // Copies at most size-1 characters and always terminates (size > 0).
 void CopyBounded(char *target, const char *source, size_t size);

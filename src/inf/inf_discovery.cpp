@@ -5,8 +5,9 @@
 
 #include "entry/printer_inf.h"
 #include "files/file_spec.h"
+#include "inf/candidate_file.h"
+#include "inf/candidate_match.h"
 #include "inf/os_version.h"
-#include "inf/validation.h"
 #include "registration/reg_key.h"
 #include "registration/spooler.h"
 
@@ -18,34 +19,6 @@ void CopyField(CBoundedString &field, const char *text)
 {
     field = CBoundedString(text ? text : "");
 }
-
-// The NUL-separated lines of a profile section, cut at 260 bytes like the
-// reader that the discovery has always used: what does not fit is not seen.
-struct CSectionLines {
-    char Buffer[CBoundedString::Capacity];
-    char *Next;
-
-    CSectionLines(const char *section, const char *file)
-    {
-        DWORD got = GetPrivateProfileSectionA(section, Buffer, sizeof Buffer, file);
-        if (!got)
-            Buffer[0] = 0;
-        // Make sure the block ends in two NULs even where the platform cut it.
-        Buffer[sizeof Buffer - 2] = 0;
-        Buffer[sizeof Buffer - 1] = 0;
-        Next = Buffer;
-    }
-    bool IsEmpty() const { return Buffer[0] == 0; }
-    // Gives the next line, or null after the last.
-    char *Take()
-    {
-        if (!*Next)
-            return nullptr;
-        char *line = Next;
-        Next += std::strlen(Next) + 1;
-        return line;
-    }
-};
 
 }  // namespace
 
@@ -126,57 +99,14 @@ void CInstalledPrinter::CopyDriverInfo(const DRIVER_INFO_2A &driver)
     CopyField(ConfigFile, driver.pConfigFile);
 }
 
-namespace {
-
-// The class check of a candidate: unlike Open's, "ClassGUID" decides when it
-// has a value, and an empty value counts as none.
-bool IsPrinterInf(const char *inf)
-{
-    CBoundedString value;
-    GetPrivateProfileStringA(VersionSection, VersionClassGuidKey, "", value, CBoundedString::Capacity, inf);
-    if (!value.IsEmpty())
-        return IsPrinterClassGuid(value);
-    GetPrivateProfileStringA(VersionSection, VersionClassKey, "", value, CBoundedString::Capacity, inf);
-    return !value.IsEmpty() && IsPrinterClassName(value);
-}
-
-// Whether a models section lists the model, by its expanded name.
-bool ListsModel(CInfFile &store, const char *inf, const char *modelsSection, const CBoundedString &model)
-{
-    CSectionLines models(modelsSection, inf);
-    while (char *entry = models.Take()) {
-        NextToken(entry, '=');
-        StripOne(entry, ' ');
-        StripOne(entry, '"');
-        CBoundedString name;
-        store.ExpandToken(entry, name, inf);
-        if (model.Equals(name))
-            return true;
-    }
-    return false;
-}
-
-}  // namespace
-
 int CPrinterInf::MatchInf(CBoundedString inf, CBoundedString model, CBoundedString &manufacturer)
 {
-    if (!IsPrinterInf(inf))
+    // A store of its own for each candidate: nothing is kept from one to the
+    // next, nor from one search to the next.
+    CCandidateInf candidate;
+    if (!ReadCandidateInf(inf, candidate))
         return 0;
-    // Each line names a manufacturer and its models section; without one,
-    // the section has the manufacturer's own name.
-    CSectionLines makers("Manufacturer", inf);
-    while (char *line = makers.Take()) {
-        char *right = NextToken(line, '=');
-        CBoundedString modelsSection(right ? right : "");
-        StripOne(line, '"');
-        manufacturer = CBoundedString();
-        ExpandToken(line, manufacturer, inf);
-        if (modelsSection.IsEmpty())
-            modelsSection = manufacturer;
-        if (ListsModel(*this, inf, modelsSection, model))
-            return 1;
-    }
-    return 0;
+    return MatchCandidate(candidate, model, manufacturer, GetThreadLocale());
 }
 
 namespace {

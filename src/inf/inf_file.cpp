@@ -2,17 +2,11 @@
 
 #include <cstring>
 
-namespace {
-
-// Copies text into a field, keeping the first 259 characters of a longer one;
-// false when it did not fit.
 bool StoreField(CBoundedString &field, const char *text)
 {
     CopyBounded(field.Text, text, sizeof field.Text);
     return !text || std::strlen(text) <= CBoundedString::MaxLength;
 }
-
-}  // namespace
 
 bool JoinLine(const CInfKey &key, CBoundedString &line)
 {
@@ -80,6 +74,7 @@ void CInfFile::Parse(char *text)
 {
     if (!text)
         return;
+    KeyIndex.clear();
     CInfSection current = Sections.end();
     while (*text) {
         char *line = NextLine(text);
@@ -139,19 +134,6 @@ int CInfFile::GetKeyCount(const char *section)
     if (!FindSection(section, entry))
         return 0;
     return static_cast<int>(entry->second.size());
-}
-
-int CInfFile::FindKey(CInfSection entry, CInfKeyList::iterator &key, const char *name)
-{
-    if (entry == Sections.end())
-        return 0;
-    for (CInfKeyList::iterator it = entry->second.begin(); it != entry->second.end(); ++it) {
-        if (it->Name.Equals(name)) {
-            key = it;
-            return 1;
-        }
-    }
-    return 0;
 }
 
 int CInfFile::LookupKey(const char *section, const char *key, char *out, const char *defaultValue)

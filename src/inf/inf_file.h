@@ -5,6 +5,7 @@
 
 #include <list>
 #include <map>
+#include <unordered_map>
 
 #include "inf/bounded_string.h"
 
@@ -20,6 +21,10 @@ struct CInfKey {
 // nor missing, so that no default stands in for it either.
 enum { KeyMissing = 0, KeyFound = 1, KeyCut = -1 };
 
+// Copies text into a field, keeping the first 259 characters of a longer one;
+// false when it did not fit.
+bool StoreField(CBoundedString &field, const char *text);
+
 // The line as the stages read one that has no "=": name and value joined
 // into line. False when the line was cut or the two do not fit together.
 bool JoinLine(const CInfKey &key, CBoundedString &line);
@@ -27,6 +32,9 @@ bool JoinLine(const CInfKey &key, CBoundedString &line);
 typedef std::list<CInfKey> CInfKeyList;
 typedef std::map<CBoundedString, CInfKeyList, CBoundedStringLess> CInfSectionMap;
 typedef CInfSectionMap::iterator CInfSection;
+
+// The first line of each name of one section, by the name's text.
+typedef std::unordered_map<const char *, CInfKeyList::iterator, CNoCaseHash, CNoCaseEqual> CInfKeyIndex;
 
 class CInfFile {
 public:
@@ -40,7 +48,9 @@ public:
 
     int FindSection(const char *name, CInfSection &entry);
     int GetKeyCount(const char *section);
-    // The first line of the name, cut or not.
+    // The first line of the name in file order, cut or not. A section of
+    // more than a few lines is indexed by name on its first lookup, so that
+    // every later one takes constant time.
     int FindKey(CInfSection entry, CInfKeyList::iterator &key, const char *name);
     // KeyFound, KeyMissing or KeyCut; out holds the value only when found.
     int LookupKey(const char *section, const char *key, char *out, const char *defaultValue);
@@ -65,6 +75,11 @@ public:
 private:
     // Makes the section that a header line names the current one.
     void OpenSection(char *header, CInfSection &current);
+    int FindKeyInList(CInfSection entry, CInfKeyList::iterator &key, const char *name);
+    const CInfKeyIndex &IndexOf(CInfSection entry);
+
+    // The sections indexed so far; lines are never added to them afterwards.
+    std::unordered_map<const CInfKeyList *, CInfKeyIndex> KeyIndex;
     CInfFile(const CInfFile &);
     CInfFile &operator=(const CInfFile &);
 };

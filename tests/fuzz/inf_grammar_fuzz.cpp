@@ -60,7 +60,11 @@ void CheckKey(CInfFile &inf, CInfSection entry, const CInfKey &key)
         return;
     CInfKeyList::iterator first;
     FUZZ_CHECK(inf.FindKey(entry, first, key.Name));
-    FUZZ_CHECK(first->Name.Equals(key.Name));
+    // The index gives the first line of the name in file order.
+    CInfKeyList::iterator walk = entry->second.begin();
+    while (!walk->Name.Equals(key.Name))
+        ++walk;
+    FUZZ_CHECK(walk == first);
     char out[CBoundedString::Capacity];
     FUZZ_CHECK(inf.LookupKey(entry->first, key.Name, out, Default) == (first->Cut ? KeyCut : KeyFound));
     FUZZ_CHECK(std::strcmp(out, first->Cut || first->Value.IsEmpty() ? Default : first->Value.Text) == 0);

@@ -1,7 +1,7 @@
 // What makes an INF a printer INF: the class that its [Version] section
-// names, by name or by GUID.
-#ifndef TOVREL_INF_VALIDATION_H
-#define TOVREL_INF_VALIDATION_H
+// names, by name or by GUID. Plain text, so that every reader can ask.
+#ifndef TOVREL_INF_PRINTER_CLASS_H
+#define TOVREL_INF_PRINTER_CLASS_H
 
 extern const char VersionSection[];
 extern const char VersionClassKey[];
