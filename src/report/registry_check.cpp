@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include "record/addreg_line.h"
+#include "record/addreg_root_key.h"
 #include "record/current_user.h"
 #include "record/text_compare.h"
 #include "report/registry_check.h"
@@ -13,18 +14,6 @@ static const BYTE NibbleMask = 0xf;
 static DWORD DwordOf(const std::vector<BYTE> &data)
 {
     return data[0] | (data[1] << 8) | (data[2] << 16) | (static_cast<DWORD>(data[3]) << 24);
-}
-
-static HKEY RootKey(AddRegRoot root)
-{
-    switch (root) {
-    case AddRegRoot::ClassesRoot: return HKEY_CLASSES_ROOT;
-    case AddRegRoot::CurrentUser: return HKEY_CURRENT_USER;
-    case AddRegRoot::LocalMachine: return HKEY_LOCAL_MACHINE;
-    case AddRegRoot::Users: return HKEY_USERS;
-    case AddRegRoot::Unknown: break;
-    }
-    return NULL;
 }
 
 // The texts that the value may hold: the line's own, and under the file
@@ -93,7 +82,7 @@ ReportItem CheckRegistryLine(const std::string &line, const std::vector<NamedVal
     if (!parsed.HasValue)
         return MakeItem(Kind, line, ItemState::Held, "no value given: the install writes nothing");
     AddRegRoot rootName = AddRegRootOf(parsed.Root);
-    HKEY root = RootKey(rootName);
+    HKEY root = AddRegRootKey(rootName);
     if (root == NULL)
         return MakeItem(Kind, line, ItemState::Unchecked,
                         "root \"" + parsed.Root + "\" is none of HKCR, HKCU, HKLM, HKU");

@@ -1,24 +1,13 @@
 #include "uninstall/registry_removal.h"
 
 #include "record/addreg_line.h"
+#include "record/addreg_root_key.h"
 #include "record/current_user.h"
 #include "record/product_keys.h"
 #include "support/handles.h"
 #include "uninstall/windows_error.h"
 
 static const char Kind[] = "registry";
-
-static HKEY RootKey(AddRegRoot root)
-{
-    switch (root) {
-    case AddRegRoot::ClassesRoot: return HKEY_CLASSES_ROOT;
-    case AddRegRoot::CurrentUser: return HKEY_CURRENT_USER;
-    case AddRegRoot::LocalMachine: return HKEY_LOCAL_MACHINE;
-    case AddRegRoot::Users: return HKEY_USERS;
-    case AddRegRoot::Unknown: break;
-    }
-    return NULL;
-}
 
 static std::string KeyText(const AddRegLine &line)
 {
@@ -75,7 +64,7 @@ static UninstallItem RemoveLine(const CUninstallRun &run, const NamedValue &valu
     if (!line.HasValue)
         return MakeItem(Kind, value.Name, Outcome::Absent, "no value given: the install wrote nothing");
     AddRegRoot rootName = AddRegRootOf(line.Root);
-    HKEY root = RootKey(rootName);
+    HKEY root = AddRegRootKey(rootName);
     if (!root)
         return MakeItem(Kind, value.Name, Outcome::Refused, "root \"" + line.Root + "\" is none of HKCR, HKCU, HKLM, HKU");
     std::string by;
