@@ -7,14 +7,5 @@
 # TOVREL_WINE_ARCH picks the prefix and the build, as for the main job.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-. scripts/wine-env.sh
-arch=$TOVREL_WINE_ARCH
-job="$(tovrel_wine_root)/main-job-$arch"
-report="build/$arch/bin/tovrel-report.exe"
-[ -d "$job/prefix" ] || { echo "report: no prefix in $job; run scripts/main-job.sh first" >&2; exit 3; }
-[ -f "$report" ] || { echo "report: $report not built" >&2; exit 3; }
-export HOME="$job/home" WINEPREFIX="$job/prefix"
-trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
-code=0
-"$TOVREL_WINE" "$report" "$@" | tr -d '\r' || code=$?
-exit "$code"
+. scripts/main-job-prefix.sh
+run_in_main_job_prefix report tovrel-report.exe "$@"

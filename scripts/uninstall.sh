@@ -9,14 +9,5 @@
 # and the build, as for the main job.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-. scripts/wine-env.sh
-arch=$TOVREL_WINE_ARCH
-job="$(tovrel_wine_root)/main-job-$arch"
-uninstall="build/$arch/bin/tovrel-uninstall.exe"
-[ -d "$job/prefix" ] || { echo "uninstall: no prefix in $job; run scripts/main-job.sh first" >&2; exit 3; }
-[ -f "$uninstall" ] || { echo "uninstall: $uninstall not built" >&2; exit 3; }
-export HOME="$job/home" WINEPREFIX="$job/prefix"
-trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
-code=0
-"$TOVREL_WINE" "$uninstall" "$@" | tr -d '\r' || code=$?
-exit "$code"
+. scripts/main-job-prefix.sh
+run_in_main_job_prefix uninstall tovrel-uninstall.exe "$@"
